@@ -1,0 +1,8 @@
+/// Everything that vlhostkitu exports.
+#ifndef VLHOSTKIT_VLHOSTKIT_H
+#define VLHOSTKIT_VLHOSTKIT_H
+
+#include <vlhostkit/timetext.h>
+#include <vlhostkit/types.h>
+
+#endif
