@@ -1,0 +1,42 @@
+/// The machine behind the stand-in. A program needs nothing of this header: the machine answers from the computer at
+/// hand. A test describes another machine, makes calls fail, and counts what is open.
+#ifndef VLPLATFORM_MACHINE_H
+#define VLPLATFORM_MACHINE_H
+
+#include <vlplatform/machine/allocations.h>
+#include <vlplatform/machine/clock.h>
+#include <vlplatform/machine/counters.h>
+#include <vlplatform/machine/faults.h>
+#include <vlplatform/machine/modules.h>
+
+namespace vlplatform {
+
+/// One for the process, made at first use and never destroyed, so that late calls at exit still find it.
+class Machine {
+ public:
+  VLPLATFORM_API static Machine& get();
+
+  Faults& faults() { return faults_; }
+  Counters& counters() { return counters_; }
+  Clock& clock() { return clock_; }
+  Modules& modules() { return modules_; }
+
+  /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
+  VLPLATFORM_API void reset();
+
+ private:
+  Machine() = default;
+
+  Faults faults_;
+  Counters counters_;
+  Clock clock_;
+  Modules modules_;
+};
+
+inline Machine& machine() {
+  return Machine::get();
+}
+
+}  // namespace vlplatform
+
+#endif

@@ -1,0 +1,28 @@
+/// Narrow and wide text. The stand-in has one code page: CP_ACP and CP_UTF8 both are UTF-8.
+#ifndef VLPLATFORM_TEXT_H
+#define VLPLATFORM_TEXT_H
+
+#include <vlplatform/basetypes.h>
+
+#define CP_ACP 0u
+#define CP_UTF8 65001u
+#define MB_ERR_INVALID_CHARS 0x8u
+#define WC_ERR_INVALID_CHARS 0x80u
+
+extern "C" {
+/// As the platform's functions: a length of -1 includes the terminator, a capacity of 0 asks for the size. Bytes and
+/// characters that are no text become U+FFFD, or fail with ERROR_NO_UNICODE_TRANSLATION if the flag asks for it.
+VLPLATFORM_API int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR buffer, int chars);
+VLPLATFORM_API int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int chars, LPSTR buffer, int bytes,
+                                       LPCSTR defaultChar, BOOL* usedDefaultChar);
+}
+
+/// The runtime's error numbers of the bounded functions.
+using errno_t = int;
+
+/// Copies at most `count` characters up to the first NUL and terminates the copy. `capacity` counts characters.
+/// Returns 0, EINVAL for a null pointer, ERANGE where the copy does not fit.
+extern "C" VLPLATFORM_API errno_t wcsncpy_s(wchar_t* target, std::size_t capacity, const wchar_t* source,
+                                            std::size_t count);
+
+#endif

@@ -1,0 +1,11 @@
+/// The stand-in's counterpart of <windows.h>: the platform calls that the library uses, with their own names.
+#ifndef VLPLATFORM_WINDOWS_H
+#define VLPLATFORM_WINDOWS_H
+
+#include <vlplatform/basetypes.h>
+#include <vlplatform/errors.h>
+#include <vlplatform/modules.h>
+#include <vlplatform/text.h>
+#include <vlplatform/time.h>
+
+#endif
