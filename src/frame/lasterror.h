@@ -1,0 +1,23 @@
+/// Keeps the thread's last-error value.
+#ifndef VL_FRAME_LASTERROR_H
+#define VL_FRAME_LASTERROR_H
+
+#include "platform.h"
+
+namespace vl {
+
+/// Puts the value back that the thread had when the guard was made.
+class LastErrorGuard {
+ public:
+  LastErrorGuard() : code_(GetLastError()) {}
+  ~LastErrorGuard() { SetLastError(code_); }
+  LastErrorGuard(const LastErrorGuard&) = delete;
+  LastErrorGuard& operator=(const LastErrorGuard&) = delete;
+
+ private:
+  DWORD code_;
+};
+
+}  // namespace vl
+
+#endif
