@@ -1,0 +1,56 @@
+#!/bin/sh
+# check.sh SETTINGS STEP: installs the build, or builds and runs the consumer from what was installed.
+# shellcheck disable=SC1090,SC2154  # The settings are variables.
+set -eu
+. "$1"
+step=$2
+
+# Runs the consumer with the libraries of the installation, and makes sure that it does not run without them.
+run() {
+  program=$1
+  cd "$(dirname "$program")"
+  if [ -n "$emulator" ]; then
+    if "$emulator" "$program"; then
+      echo "The consumer found libraries outside the installation."
+      return 1
+    fi
+    WINEPATH="Z:$(printf '%s' "$prefix/$bin" | tr / '\134')" "$emulator" "$program"
+  else
+    LD_LIBRARY_PATH=$prefix/$lib "$program"
+    # Every library of the product that the loader takes has to be an installed one.
+    LD_LIBRARY_PATH=$prefix/$lib ldd "$program" | grep -E 'vlhostkitu|vlplatform|txlogu' >libraries
+    if grep -v -F "=> $prefix/$lib/" libraries; then
+      echo "The consumer takes libraries from outside the installation."
+      return 1
+    fi
+  fi
+}
+
+case $step in
+  install)
+    rm -rf "$prefix"
+    "$cmake" --install "$build" --prefix "$prefix" >/dev/null
+    ;;
+  find_package)
+    folder=$work/find_package
+    rm -rf "$folder"
+    "$cmake" -G "$generator" ${toolchain:+"$toolchain"} -DCMAKE_CXX_COMPILER="$compiler" \
+      -DCMAKE_PREFIX_PATH="$prefix" -S "$source/find_package" -B "$folder"
+    "$cmake" --build "$folder"
+    run "$folder/consumer$suffix"
+    ;;
+  pkg_config)
+    folder=$work/pkg_config
+    rm -rf "$folder"
+    mkdir "$folder"
+    # Nothing but the installation: the machine's own packages are not for the other target.
+    export PKG_CONFIG_LIBDIR="$prefix/$lib/pkgconfig"
+    # shellcheck disable=SC2046  # Flags are words.
+    "$compiler" -std=c++20 "$source/main.cpp" -o "$folder/consumer$suffix" $(pkg-config --cflags --libs vlhostkit)
+    run "$folder/consumer$suffix"
+    ;;
+  *)
+    echo "unknown step $step"
+    exit 2
+    ;;
+esac

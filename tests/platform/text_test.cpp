@@ -1,0 +1,152 @@
+// Narrow and wide text, and the bounded copy.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <string>
+
+#include <support/guardedbuffer.h>
+#include <support/machinetest.h>
+
+#include <vlplatform/windows.h>
+
+namespace {
+
+class TextTest : public support::MachineTest {
+ protected:
+  void SetUp() override {
+    MachineTest::SetUp();
+    faults().reset();  // many calls
+  }
+};
+
+std::wstring widen(const std::string& text, DWORD flags = 0) {
+  support::GuardedBuffer<wchar_t> buffer(16);
+  const int chars = MultiByteToWideChar(CP_UTF8, flags, text.data(), static_cast<int>(text.size()), buffer.data(), 16);
+  EXPECT_TRUE(chars != 0 ? buffer.untouched(static_cast<std::size_t>(chars)) : buffer.guardsIntact());
+  return std::wstring(buffer.data(), static_cast<std::size_t>(chars));
+}
+
+std::string narrow(const std::wstring& text, DWORD flags = 0) {
+  support::GuardedBuffer<char> buffer(16);
+  const int bytes = WideCharToMultiByte(CP_UTF8, flags, text.data(), static_cast<int>(text.size()), buffer.data(), 16,
+                                        nullptr, nullptr);
+  EXPECT_TRUE(bytes != 0 ? buffer.untouched(static_cast<std::size_t>(bytes)) : buffer.guardsIntact());
+  return std::string(buffer.data(), static_cast<std::size_t>(bytes));
+}
+
+TEST_F(TextTest, AllCodePointsComeBack) {
+  char bytes[8];
+  wchar_t back[4];
+  for (wchar_t c = 1; c <= 0x10FFFF; ++c) {
+    const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+    const int size = WideCharToMultiByte(CP_ACP, 0, &c, 1, bytes, 8, nullptr, nullptr);
+    ASSERT_EQ(size, surrogate ? 3 : c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4) << static_cast<int>(c);
+    ASSERT_EQ(MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, bytes, size, back, 4), 1) << static_cast<int>(c);
+    ASSERT_EQ(back[0], surrogate ? 0xFFFD : c);
+  }
+}
+
+TEST_F(TextTest, Encodings) {
+  EXPECT_EQ(narrow(L"A\x00e9\x20ac\x1f600"), "A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+  EXPECT_EQ(widen("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), L"A\x00e9\x20ac\x1f600");
+  EXPECT_EQ(narrow(std::wstring(L"a\0b", 3)), std::string("a\0b", 3));
+}
+
+// Each longest part that could begin a code point becomes one replacement.
+TEST_F(TextTest, IllFormedBytes) {
+  constexpr wchar_t r = 0xFFFD;
+  const std::pair<std::string, std::wstring> rows[] = {
+      {"\x80", {r}},
+      {"a\xFFz", {L'a', r, L'z'}},
+      {"\xC0\xAF", {r, r}},
+      {"\xC1\xBF", {r, r}},
+      {"\xE0\x80\xAF", {r, r, r}},
+      {"\xE0\x9F\xBF", {r, r, r}},
+      {"\xF0\x80\x80\xAF", {r, r, r, r}},
+      {"\xED\xA0\x80", {r, r, r}},
+      {"\xED\xBF\xBF", {r, r, r}},
+      {"\xF4\x90\x80\x80", {r, r, r, r}},
+      {"\xF5\x80\x80\x80", {r, r, r, r}},
+      {"\xE2\x82", {r}},
+      {"\xE2\x82"
+       "A",
+       {r, L'A'}},
+      {"\xF0\x9F\x98", {r}},
+      {"\xF0\x9F\x98\xE2\x82\xAC", {r, 0x20AC}},
+      {"\xC3\xC3\xA9", {r, 0xE9}},
+      {"\xF1\x80\x80\xE1\x80\xC2", {r, r, r}},
+  };
+  for (const auto& [bytes, expected] : rows) {
+    EXPECT_EQ(widen(bytes), expected) << testing::PrintToString(bytes);
+    EXPECT_EQ(widen(bytes, MB_ERR_INVALID_CHARS), L"");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_UNICODE_TRANSLATION});
+  }
+  for (const wchar_t c : {wchar_t{0xD800}, wchar_t{0xDFFF}, wchar_t{0x110000}, static_cast<wchar_t>(-1)}) {
+    EXPECT_EQ(narrow({c}), "\xEF\xBF\xBD");
+    EXPECT_EQ(narrow({c}, WC_ERR_INVALID_CHARS), "");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_UNICODE_TRANSLATION});
+  }
+}
+
+TEST_F(TextTest, SizesAndSmallBuffers) {
+  const char* const text = "\xE2\x82\xAC!";
+  wchar_t wide[4];
+  EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0), 3);
+  EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, 4, nullptr, 0), 2);
+  EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, -1, wide, 3), 3);
+  EXPECT_STREQ(wide, L"\x20ac!");
+  support::GuardedBuffer<wchar_t> smallWide(2);
+  EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, -1, smallWide.data(), 2), 0);
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+  EXPECT_TRUE(smallWide.guardsIntact());
+
+  BOOL usedDefault = TRUE;
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, wide, -1, nullptr, 0, nullptr, &usedDefault), 5);
+  EXPECT_FALSE(usedDefault);
+  support::GuardedBuffer<char> smallNarrow(4);
+  SetLastError(support::kUntouchedError);
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, wide, -1, smallNarrow.data(), 4, nullptr, nullptr), 0);
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+  EXPECT_TRUE(smallNarrow.guardsIntact());
+}
+
+TEST_F(TextTest, BadArguments) {
+  wchar_t wide[4];
+  const auto refused = [](int result) {
+    const bool invalid = result == 0 && GetLastError() == ERROR_INVALID_PARAMETER;
+    SetLastError(support::kUntouchedError);
+    return invalid;
+  };
+  EXPECT_TRUE(refused(MultiByteToWideChar(1252, 0, "a", 1, wide, 4)));
+  EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, nullptr, 1, wide, 4)));
+  EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", 0, wide, 4)));
+  EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", -2, wide, 4)));
+  EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", 1, wide, -1)));
+  EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", 1, nullptr, 4)));
+  EXPECT_TRUE(refused(WideCharToMultiByte(CP_ACP, 0, L"a", 1, nullptr, 4, nullptr, nullptr)));
+}
+
+TEST_F(TextTest, BoundedCopy) {
+  const struct {
+    const wchar_t* source;
+    std::size_t capacity;
+    std::size_t count;
+    errno_t result;
+    const wchar_t* copy;
+  } rows[] = {
+      {L"abc", 4, 3, 0, L"abc"}, {L"abc", 4, 2, 0, L"ab"},    {L"abc", 4, 10, 0, L"abc"},  {L"abc", 1, 0, 0, L""},
+      {L"", 1, 5, 0, L""},       {L"abc", 3, 3, ERANGE, L""}, {L"abc", 2, 9, ERANGE, L""}, {nullptr, 4, 1, EINVAL, L""},
+  };
+  for (const auto& row : rows) {
+    support::GuardedBuffer<wchar_t> buffer(row.capacity);
+    EXPECT_EQ(wcsncpy_s(buffer.data(), row.capacity, row.source, row.count), row.result);
+    EXPECT_STREQ(buffer.data(), row.copy);
+    EXPECT_TRUE(buffer.guardsIntact());
+  }
+  wchar_t one = L'x';
+  EXPECT_EQ(wcsncpy_s(&one, 0, L"a", 1), EINVAL);
+  EXPECT_EQ(one, L'x');
+  EXPECT_EQ(wcsncpy_s(nullptr, 4, L"a", 1), EINVAL);
+}
+
+}  // namespace

@@ -1,0 +1,193 @@
+// Daylight time: rules, dates, and the computer's own zone against the C library.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <optional>
+#include <string>
+
+#include <support/machinetest.h>
+
+#include "../timetext/oracle.h"
+
+namespace {
+
+using oracle::Fields;
+using oracle::kTicksPerMinute;
+
+constexpr SYSTEMTIME rule(WORD month, WORD weekday, WORD week, WORD hour) {
+  return {0, month, weekday, week, hour, 0, 0, 0};
+}
+
+TIME_ZONE_INFORMATION zoneOf(LONG bias, const SYSTEMTIME& daylight, const SYSTEMTIME& standard) {
+  TIME_ZONE_INFORMATION zone{};
+  zone.Bias = bias;
+  zone.DaylightBias = -60;
+  zone.DaylightDate = daylight;
+  zone.StandardDate = standard;
+  return zone;
+}
+
+class Zones : public support::MachineTest {
+ protected:
+  static DWORD periodAt(const Fields& utc) {
+    machine().clock().setTicks(static_cast<std::uint64_t>(*oracle::ticksOf(utc)));
+    TIME_ZONE_INFORMATION zone;
+    return GetTimeZoneInformation(&zone);
+  }
+};
+
+const TIME_ZONE_INFORMATION kBerlin = zoneOf(-60, rule(3, 0, 5, 2), rule(10, 0, 5, 3));
+const TIME_ZONE_INFORMATION kSydney = zoneOf(-600, rule(10, 0, 1, 2), rule(4, 0, 1, 3));
+
+TEST_F(Zones, PeriodsChangeOnTheMinute) {
+  const struct {
+    TIME_ZONE_INFORMATION zone;
+    Fields lastBefore;  // UTC
+    Fields firstAfter;
+    DWORD before;
+    DWORD after;
+  } rows[] = {
+      {kBerlin,
+       {2013, 3, 0, 31, 0, 59, 59, 999},
+       {2013, 3, 0, 31, 1, 0, 0, 0},
+       TIME_ZONE_ID_STANDARD,
+       TIME_ZONE_ID_DAYLIGHT},
+      {kBerlin,
+       {2013, 10, 0, 27, 0, 59, 59, 999},
+       {2013, 10, 0, 27, 1, 0, 0, 0},
+       TIME_ZONE_ID_DAYLIGHT,
+       TIME_ZONE_ID_STANDARD},
+      {kSydney,
+       {2013, 10, 0, 5, 15, 59, 59, 999},
+       {2013, 10, 0, 5, 16, 0, 0, 0},
+       TIME_ZONE_ID_STANDARD,
+       TIME_ZONE_ID_DAYLIGHT},
+      {kSydney,
+       {2013, 4, 0, 6, 15, 59, 59, 999},
+       {2013, 4, 0, 6, 16, 0, 0, 0},
+       TIME_ZONE_ID_DAYLIGHT,
+       TIME_ZONE_ID_STANDARD},
+      {kSydney,
+       {2012, 12, 0, 31, 23, 59, 59, 999},
+       {2013, 1, 0, 1, 0, 0, 0, 0},
+       TIME_ZONE_ID_DAYLIGHT,
+       TIME_ZONE_ID_DAYLIGHT},
+      // The fourth Sunday is not the last one; a change by date holds in its year.
+      {zoneOf(-60, rule(3, 0, 4, 2), rule(10, 0, 5, 3)),
+       {2013, 3, 0, 24, 0, 59, 59, 999},
+       {2013, 3, 0, 24, 1, 0, 0, 0},
+       TIME_ZONE_ID_STANDARD,
+       TIME_ZONE_ID_DAYLIGHT},
+      {zoneOf(0, {2013, 5, 0, 17, 6, 0, 0, 0}, {2013, 9, 0, 2, 0, 0, 0, 0}),
+       {2013, 5, 0, 17, 5, 59, 59, 999},
+       {2013, 5, 0, 17, 6, 0, 0, 0},
+       TIME_ZONE_ID_STANDARD,
+       TIME_ZONE_ID_DAYLIGHT},
+      {zoneOf(0, {}, {}),
+       {2013, 3, 0, 31, 0, 59, 59, 999},
+       {2013, 7, 0, 31, 1, 0, 0, 0},
+       TIME_ZONE_ID_UNKNOWN,
+       TIME_ZONE_ID_UNKNOWN},
+  };
+  for (const auto& row : rows) {
+    machine().clock().setZone(row.zone);
+    EXPECT_EQ(periodAt(row.lastBefore), row.before) << testing::PrintToString(row.lastBefore);
+    EXPECT_EQ(periodAt(row.firstAfter), row.after) << testing::PrintToString(row.firstAfter);
+  }
+}
+
+// Every month of years that begin on each day of the week, against a count by hand of its days.
+TEST_F(Zones, RulesFindTheirDay) {
+  for (unsigned year = 2000; year < 2028; ++year) {
+    for (WORD month = 2; month <= 11; ++month) {
+      for (WORD week = 1; week <= 5; ++week) {
+        for (WORD weekday = 0; weekday < 7; ++weekday) {
+          unsigned day = 0;
+          for (unsigned d = 1, seen = 0; d <= 31; ++d) {
+            const auto ticks = oracle::ticksOf({year, month, 0, d, 0, 0, 0, 0});
+            if (ticks && (*oracle::fieldsOfTicks(*ticks))[2] == weekday && seen < week) {
+              ++seen;
+              day = d;
+            }
+          }
+          machine().clock().setZone(zoneOf(0, rule(month, weekday, week, 1), rule(12, 0, 1, 0)));
+          faults().reset();
+          ASSERT_EQ(periodAt({year, month, 0, day, 0, 59, 59, 0}), TIME_ZONE_ID_STANDARD) << year << "-" << month;
+          ASSERT_EQ(periodAt({year, month, 0, day, 1, 0, 0, 0}), TIME_ZONE_ID_DAYLIGHT) << year << "-" << month;
+        }
+      }
+    }
+  }
+}
+
+TEST_F(Zones, ConversionOfATimeFollowsItsOwnDate) {
+  const auto toUtc = [](const TIME_ZONE_INFORMATION* zone, const Fields& local) {
+    const SYSTEMTIME time = oracle::timeOf(local);
+    SYSTEMTIME utc{};
+    return TzSpecificLocalTimeToSystemTime(zone, &time, &utc) ? std::optional(oracle::fieldsOf(utc)) : std::nullopt;
+  };
+  EXPECT_EQ(toUtc(&kBerlin, {2013, 7, 0, 1, 12, 0, 0, 1}), (Fields{2013, 7, 1, 1, 10, 0, 0, 1}));
+  EXPECT_EQ(toUtc(&kBerlin, {2013, 1, 0, 1, 0, 30, 0, 0}), (Fields{2012, 12, 1, 31, 23, 30, 0, 0}));
+  EXPECT_EQ(toUtc(&kSydney, {2013, 1, 0, 1, 12, 0, 0, 0}), (Fields{2013, 1, 2, 1, 1, 0, 0, 0}));
+  machine().clock().setZone(kSydney);
+  EXPECT_EQ(toUtc(nullptr, {2013, 7, 0, 1, 12, 0, 0, 0}), (Fields{2013, 7, 1, 1, 2, 0, 0, 0}));
+  EXPECT_EQ(toUtc(&kBerlin, {2013, 2, 0, 29, 12, 0, 0, 0}), std::nullopt);
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+  EXPECT_EQ(toUtc(&kSydney, {1601, 1, 0, 1, 9, 0, 0, 0}), std::nullopt);
+
+  // Of a zone without daylight time only two members are read: the others may be anything.
+  TIME_ZONE_INFORMATION fixed;
+  std::memset(&fixed, 0xbd, sizeof fixed);
+  fixed.Bias = 300;
+  fixed.DaylightDate.wMonth = 0;
+  EXPECT_EQ(toUtc(&fixed, {2013, 7, 0, 1, 12, 0, 0, 0}), (Fields{2013, 7, 1, 1, 17, 0, 0, 0}));
+}
+
+TEST_F(Zones, FileTimesAreShiftedByThePresentOffset) {
+  machine().clock().setZone(kBerlin);
+  for (const auto& [now, shift] :
+       {std::pair{Fields{2013, 1, 0, 1, 0, 0, 0, 0}, -60}, {Fields{2013, 7, 0, 1, 0, 0, 0, 0}, -120}}) {
+    periodAt(now);
+    const FILETIME local = {0, 0x01CE0000};
+    FILETIME utc{};
+    EXPECT_TRUE(LocalFileTimeToFileTime(&local, &utc));
+    const auto ticks =
+        static_cast<std::int64_t>(static_cast<std::uint64_t>(utc.dwHighDateTime) << 32 | utc.dwLowDateTime);
+    EXPECT_EQ(ticks - (std::int64_t{0x01CE0000} << 32), shift * kTicksPerMinute);
+    SYSTEMTIME localTime{};
+    GetLocalTime(&localTime);
+    EXPECT_EQ(oracle::ticksOf(oracle::fieldsOf(localTime)), *oracle::ticksOf(now) - shift * kTicksPerMinute);
+  }
+}
+
+// Every day of a year of each zone, at another hour each.
+TEST_F(Zones, ComputersZoneIsThatOfTheCLibrary) {
+  const char* const before = std::getenv("TZ");
+  const std::optional<std::string> kept = before != nullptr ? std::optional<std::string>(before) : std::nullopt;
+  for (const char* const name : {"UTC", "Europe/Berlin", "Australia/Sydney", "America/New_York", "Asia/Kolkata",
+                                 "Australia/Lord_Howe", "EST5EDT,M3.2.0,M11.1.0"}) {
+    setenv("TZ", name, 1);
+    tzset();
+    faults().reset();
+    machine().clock().reset();
+    for (std::time_t time = 1'356'998'400; time < 1'388'534'400; time += 23 * 3600 - 1) {  // 2013
+      std::tm expected{};
+      localtime_r(&time, &expected);
+      machine().clock().setTicks(static_cast<std::uint64_t>(time + 11'644'473'600) * 10'000'000);
+      TIME_ZONE_INFORMATION zone;
+      const DWORD period = GetTimeZoneInformation(&zone);
+      ASSERT_EQ(machine().clock().bias(), -expected.tm_gmtoff / 60) << name << " " << time;
+      ASSERT_EQ(period == TIME_ZONE_ID_DAYLIGHT, expected.tm_isdst > 0) << name << " " << time;
+      const WCHAR* const zoneName = period == TIME_ZONE_ID_DAYLIGHT ? zone.DaylightName : zone.StandardName;
+      ASSERT_EQ(std::wstring(zoneName),
+                std::wstring(expected.tm_zone, expected.tm_zone + std::strlen(expected.tm_zone)));
+    }
+  }
+  kept ? setenv("TZ", kept->c_str(), 1) : unsetenv("TZ");
+  tzset();
+}
+
+}  // namespace

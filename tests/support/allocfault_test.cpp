@@ -1,0 +1,110 @@
+#include <support/allocfault.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <new>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include <vlplatform/machine/allocations.h>
+
+namespace support {
+namespace {
+
+// Out of the optimiser's sight: it may leave out a pair of new and delete.
+template <class Pointer>
+void keep(Pointer& pointer) {
+  __asm__ __volatile__("" : "+r"(pointer) : : "memory");
+}
+
+struct alignas(64) Aligned {
+  char bytes[64];
+};
+
+template <class T>
+bool allocationThrows() {
+  try {
+    T* pointer = new T;
+    keep(pointer);
+    delete pointer;
+    return false;
+  } catch (const std::bad_alloc&) {
+    return true;
+  }
+}
+
+template <class T>
+bool nothrowAllocationFails() {
+  T* pointer = new (std::nothrow) T[3];
+  keep(pointer);
+  const bool failed = pointer == nullptr;
+  delete[] pointer;
+  return failed;
+}
+
+TEST(AllocFaultTest, FailsTheNthAllocationInEveryForm) {
+  for (bool (*const fails)() : {&allocationThrows<int>, &allocationThrows<Aligned>, &nothrowAllocationFails<int>,
+                                &nothrowAllocationFails<Aligned>}) {
+    AllocFault fault(2);
+    const bool results[] = {fails(), fails(), fails()};
+    EXPECT_TRUE(fault.end());
+    EXPECT_EQ(fault.allocations(), 3u);
+    EXPECT_FALSE(results[0]);
+    EXPECT_TRUE(results[1]);
+    EXPECT_FALSE(results[2]);
+    EXPECT_FALSE(fails());
+  }
+}
+
+TEST(AllocFaultTest, FailsForEver) {
+  AllocFault fault(2, AllocFault::Span::forEver);
+  const bool results[] = {allocationThrows<int>(), allocationThrows<int>(), allocationThrows<int>()};
+  fault.end();
+  EXPECT_FALSE(results[0]);
+  EXPECT_TRUE(results[1]);
+  EXPECT_TRUE(results[2]);
+}
+
+TEST(AllocFaultTest, SparesOtherThreadsAndTheStandInsOwnAllocations) {
+  std::atomic<bool> armed = false;
+  bool other = true;
+  bool own = true;
+  bool failed = true;
+  std::thread thread([&] {
+    armed.wait(false);
+    other = allocationThrows<int>();
+  });
+  {
+    AllocFault fault(1, AllocFault::Span::forEver);
+    armed = true;
+    armed.notify_one();
+    thread.join();
+    const vlplatform::OwnAllocations scope;
+    own = allocationThrows<int>();
+    failed = fault.end();
+  }
+  EXPECT_FALSE(other);
+  EXPECT_FALSE(own);
+  EXPECT_FALSE(failed);
+}
+
+TEST(AllocFaultTest, ReachesIntoSharedLibraries) {
+  // A string stream grows its buffer inside the C++ library.
+  std::ostringstream out;
+  const std::string text(100, 'x');
+  bool bad;
+  bool failed;
+  {
+    AllocFault fault(1);
+    out << text;
+    failed = fault.end();
+    bad = out.bad();
+  }
+  EXPECT_TRUE(failed);
+  EXPECT_TRUE(bad);
+}
+
+}  // namespace
+}  // namespace support

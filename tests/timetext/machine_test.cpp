@@ -1,0 +1,236 @@
+// Zones and seasons of the machine, and platform calls and allocations that fail. Native only.
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <functional>
+
+#include <support/allocfault.h>
+#include <support/guardedbuffer.h>
+
+#include "conversion.h"
+
+namespace timetext {
+namespace {
+
+using vlplatform::FaultSpan;
+
+class OnMachine : public support::MachineTest {
+ protected:
+  struct Zone {
+    LONG bias;
+    SYSTEMTIME daylight;  // when daylight time of one hour begins and ends, as rules
+    SYSTEMTIME standard;
+  };
+  static constexpr Zone kBerlin = {-60, {0, 3, 0, 5, 2, 0, 0, 0}, {0, 10, 0, 5, 3, 0, 0, 0}};
+  static constexpr Zone kSydney = {-600, {0, 10, 0, 1, 2, 0, 0, 0}, {0, 4, 0, 1, 3, 0, 0, 0}};
+
+  static void setMachine(const Zone& zone, const Fields& now) {
+    TIME_ZONE_INFORMATION information{};
+    information.Bias = zone.bias;
+    information.DaylightBias = -60;
+    information.DaylightDate = zone.daylight;
+    information.StandardDate = zone.standard;
+    machine().clock().setZone(information);
+    machine().clock().setTicks(static_cast<std::uint64_t>(*oracle::ticksOf(now)));
+  }
+};
+
+constexpr Fields kJanuary = {2013, 1, 0, 15, 12, 0, 0, 0};
+constexpr Fields kJuly = {2013, 7, 0, 15, 12, 0, 0, 0};
+
+TEST_F(OnMachine, LocalTextsAreShiftedByTheOffsetOfThePresentSeason) {
+  const struct {
+    const Zone& zone;
+    const Fields& now;
+    const wchar_t* text;
+    Fields utc;
+  } rows[] = {
+      {kBerlin, kJanuary, L"2013-03-28T12:34:56", {2013, 3, 4, 28, 11, 34, 56, 0}},
+      {kBerlin, kJanuary, L"2013-07-01T00:30", {2013, 6, 0, 30, 23, 30, 0, 0}},
+      {kBerlin, kJuly, L"2013-03-28T12:34:56", {2013, 3, 4, 28, 10, 34, 56, 0}},
+      {kBerlin, kJuly, L"2013-01-01", {2012, 12, 1, 31, 22, 0, 0, 0}},
+      {kSydney, kJanuary, L"2013-03-28T12:34:56", {2013, 3, 4, 28, 1, 34, 56, 0}},
+      {kSydney, kJuly, L"2013-03-28T12:34:56", {2013, 3, 4, 28, 2, 34, 56, 0}},
+      {kSydney, kJuly, L"2012-03-01", {2012, 2, 3, 29, 14, 0, 0, 0}},
+  };
+  for (const auto& row : rows) {
+    setMachine(row.zone, row.now);
+    const ToFields time(row.text);
+    EXPECT_EQ(time.result, DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(time.fields, row.utc) << testing::PrintToString(row.text);
+  }
+  // Before the first instant once it is shifted.
+  EXPECT_EQ(ToFields(L"1601-01-01").result, kInvalid);
+}
+
+TEST_F(OnMachine, CurrentTimes) {
+  setMachine(kBerlin, kJuly);
+  wchar_t text[21];
+  DWORD chars = 21;
+  EXPECT_EQ(vlSysCurrentTimeToISO8601(text, &chars), DWORD{ERROR_SUCCESS});
+  EXPECT_STREQ(text, L"2013-07-15T12:00:00Z");
+  EXPECT_EQ(vlSysCurrentLocalTimeToISO8601(text, &chars), DWORD{ERROR_SUCCESS});
+  EXPECT_STREQ(text, L"2013-07-15T14:00:00Z");
+}
+
+TEST_F(OnMachine, OnlyTextsThatAreNotInUtcNeedThePlatform) {
+  ToFields(L"2013-03-28T12:34:56Z");
+  ToFields(L"2013-02-31T99:00:00+");
+  EXPECT_EQ(faults().calls(), 4u);
+  EXPECT_EQ(faults().calls("wcsncpy_s"), 4u);
+
+  faults().watch();
+  ToFields(L"2013-03-28T12+01");
+  EXPECT_EQ(faults().calls("LoadLibraryW"), 1u);
+  EXPECT_EQ(faults().calls("GetProcAddress"), 1u);
+  EXPECT_EQ(faults().calls("TzSpecificLocalTimeToSystemTime"), 1u);
+  EXPECT_EQ(faults().calls("FreeLibrary"), 1u);
+}
+
+TEST_F(OnMachine, WithoutTheZoneConversionATextWithOffsetFails) {
+  const auto expected = [](const wchar_t* error, const wchar_t* exit) {
+    return records({{TXLOG_ENTRY, L"vlSysISO8601ToSystemTime"},
+                    {TXLOG_ENTRY, L"vlSysParseISO8601Date"},
+                    {TXLOG_EXIT, L"vlSysParseISO8601Date (0)"},
+                    {TXLOG_ENTRY, L"vlSysParseISO8601Time"},
+                    {TXLOG_EXIT, L"vlSysParseISO8601Time (0)"},
+                    {TXLOG_ENTRY, L"vlSysParseISO8601TimeZone"},
+                    {TXLOG_EXIT, L"vlSysParseISO8601TimeZone (0)"},
+                    {TXLOG_ERROR, error},
+                    {TXLOG_EXIT, exit}});
+  };
+  support::LogCapture log;
+  machine().modules().removeEntryPoint(L"kernel32.dll", "TzSpecificLocalTimeToSystemTime");
+  EXPECT_EQ(ToFields(L"2013-03-28T12+01").result, DWORD{ERROR_PROC_NOT_FOUND});
+  EXPECT_TRUE(log.was(expected(L"vlSysISO8601ToSystemTime GetProcAddress TzSpecificLocalTimeToSystemTime() Failed",
+                               L"vlSysISO8601ToSystemTime (127)")));
+  expectNothingOpen();
+  machine().modules().remove(L"kernel32.dll");
+  EXPECT_EQ(ToFields(L"2013-03-28T12+01").result, DWORD{ERROR_MOD_NOT_FOUND});
+  EXPECT_TRUE(log.was(
+      expected(L"vlSysISO8601ToSystemTime : LoadLibrary(kernel32.dll) failed", L"vlSysISO8601ToSystemTime (126)")));
+  EXPECT_EQ(ToFields(L"2013-03-28T12Z").result, DWORD{ERROR_SUCCESS});
+}
+
+// The same functions with everything that can be written to.
+struct Operation {
+  const char* name;
+  const wchar_t* exitBeforeResult;
+  bool hexadecimal;
+  DWORD success;
+  std::function<DWORD()> call;
+};
+
+std::vector<Operation> operations() {
+  static LARGE_INTEGER value;
+  static wchar_t buffer[21];
+  static DWORD chars;
+  std::vector<Operation> all;
+  for (const wchar_t* const text : {L"2013-03-28T12:34:56Z", L"2013-03-28", L"2013-03-28T12:34:56+01:00"}) {
+    all.push_back(
+        {"vlSysISO8601ToSystemTime", L"vlSysISO8601ToSystemTime ", false, 0, [text] { return ToFields(text).result; }});
+    all.push_back({"vlSysISO8601ToLargeInteger", L"vlSysISO8601ToLargeInteger ", false, 0, [text] {
+                     const ToTicks converted(text);
+                     EXPECT_EQ(converted.ticks == kUntouchedTicks, converted.result != ERROR_SUCCESS);
+                     return converted.result;
+                   }});
+    all.push_back({"vlSysCompareISO8601", L"vlSysCompareISO8601: returns nRet = ", true, static_cast<DWORD>(-1),
+                   [text] { return static_cast<DWORD>(vlSysCompareISO8601(text, L"2014-03-28T00-01")); }});
+  }
+  chars = 21;
+  all.push_back({"vlSysSystemTimeToISO8601", L"vlSysSystemTimeToISO8601: returns nRet = ", true, 0, [] {
+                   SYSTEMTIME time{};
+                   return vlSysSystemTimeToISO8601(&time, buffer, &chars);
+                 }});
+  all.push_back({"vlSysCurrentTimeToISO8601", L"vlSysCurrentTimeToISO8601: returns nRet = ", true, 0,
+                 [] { return vlSysCurrentTimeToISO8601(buffer, &chars); }});
+  all.push_back({"vlSysCurrentLocalTimeToISO8601", L"vlSysCurrentLocalTimeToISO8601: returns nRet = ", true, 0,
+                 [] { return vlSysCurrentLocalTimeToISO8601(buffer, &chars); }});
+  all.push_back({"vlSysLargeIntegerToISO8601", L"vlSysLargeIntegerToISO8601: returns nRet = ", true, 0,
+                 [] { return vlSysLargeIntegerToISO8601(&value, buffer, &chars); }});
+  return all;
+}
+
+support::LogRecord exitOf(const Operation& operation, DWORD result) {
+  wchar_t number[32];
+  std::swprintf(number, 32, operation.hexadecimal ? L"0x%x" : L"(%d)", result);
+  return {L"txhostkit", TXLOG_EXIT, operation.exitBeforeResult + std::wstring(number)};
+}
+
+TEST_F(OnMachine, EveryPlatformCallThatFailsEndsTheOperation) {
+  constexpr DWORD kCode = 4321;
+  support::LogCapture log;
+  int faultsReached = 0;
+  for (const Operation& operation : operations()) {
+    for (std::uint64_t n = 1;; ++n) {
+      faults().watch();
+      faults().failAny(n, FaultSpan::once, kCode);
+      const DWORD result = operation.call();
+      const std::string failed = faults().callName(n);
+      DWORD expected = kCode;
+      if (failed == "wcsncpy_s") {
+        expected = ERROR_CANNOT_COPY;
+      } else if (failed.empty() || failed == "FreeLibrary" || failed == "CompareFileTime" ||
+                 failed == "GetSystemTime" || failed == "GetLocalTime") {
+        expected = operation.success;  // these have no failure that a caller could see
+      }
+      EXPECT_EQ(result, expected) << operation.name << ", call " << n << " " << failed;
+      const auto records = log.take();
+      ASSERT_FALSE(records.empty());
+      EXPECT_EQ(records.back(), exitOf(operation, result)) << operation.name << ", call " << n << " " << failed;
+      expectNothingOpen();
+      if (failed.empty()) {
+        break;
+      }
+      ++faultsReached;
+    }
+  }
+  RecordProperty("faults", faultsReached);
+  EXPECT_GT(faultsReached, 50);
+}
+
+TEST_F(OnMachine, EveryAllocationThatFailsGivesOutOfMemory) {
+  support::LogCapture log;
+  for (const Operation& operation : operations()) {
+    for (std::uint64_t n = 1;; ++n) {
+      support::AllocFault fault(n);
+      const DWORD result = operation.call();
+      const bool failed = fault.end();
+      EXPECT_EQ(result, failed ? ERROR_NOT_ENOUGH_MEMORY : operation.success) << operation.name << ", " << n;
+      const auto records = log.take();
+      ASSERT_FALSE(records.empty());
+      EXPECT_EQ(records.back(), exitOf(operation, result)) << operation.name << ", " << n;
+      if (!failed) {
+        break;
+      }
+    }
+  }
+  // One copy a section, and nothing else.
+  support::AllocFault none(0);
+  vlSysISO8601ToSystemTime(L"2013-03-28T12:34:56+01:00", nullptr);
+  SYSTEMTIME time;
+  vlSysISO8601ToSystemTime(L"2013-03-28T12:34:56+01:00", &time);
+  none.end();
+  EXPECT_EQ(none.allocations(), 3u);
+}
+
+// Years that a four-digit text can't name come from offsets and tick counts only.
+TEST_F(OnMachine, CalendarEndsWithTheLastTickCount) {
+  const LONGLONG lastOfCalendar = *oracle::ticksOf({30827, 12, 0, 31, 23, 59, 59, 999});
+  for (const auto& [ticks, text] :
+       {std::pair{lastOfCalendar, L"30827-12-31T23:59:59"}, {INT64_MAX, L"30828-09-14T02:48:05"}}) {
+    LARGE_INTEGER value;
+    value.QuadPart = ticks;
+    wchar_t buffer[21];
+    DWORD chars = 21;
+    EXPECT_EQ(vlSysLargeIntegerToISO8601(&value, buffer, &chars), DWORD{ERROR_SUCCESS});
+    EXPECT_STREQ(buffer, text);
+  }
+  EXPECT_EQ(ToTicks(L"2013-02-29T00Z").result, kInvalid);
+  EXPECT_EQ(ToTicks(L"2012-02-29T00Z").result, DWORD{ERROR_SUCCESS});
+  EXPECT_EQ(ToTicks(L"1900-02-29T00Z").result, kInvalid);
+  EXPECT_EQ(ToTicks(L"2000-02-29T00Z").result, DWORD{ERROR_SUCCESS});
+}
+
+}  // namespace
+}  // namespace timetext
