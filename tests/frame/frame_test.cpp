@@ -78,15 +78,24 @@ TEST_F(Frame, ReleasesWhatIsDeclaredAfterItBeforeTheExitRecord) {
                        {L"txhostkit", TXLOG_EXIT, L"vlFoo"}}));
 }
 
-TEST_F(Frame, RecordsLeaveTheLastErrorValue) {
-  LogCapture log;
+TEST_F(Frame, RecordsLeaveTheLastErrorValueWhateverTheSinkDoes) {
+  int records = 0;
+  const auto meddle = [](void* count, const txlogRecord*) {
+    ++*static_cast<int*>(count);
+    SetLastError(1);
+  };
+  ASSERT_EQ(txlogSetSink(meddle, &records, TXLOG_ALL_LEVELS), TXLOG_DONE);
   {
     const vl::CallFrame frame(vl::kTag, L"vlFoo", vl::ExitPlain(L"vlFoo"));
     EXPECT_EQ(GetLastError(), support::kUntouchedError);
     SetLastError(5678);
   }
   EXPECT_EQ(GetLastError(), 5678u);
-  EXPECT_EQ(log.take().size(), 2u);
+  SetLastError(support::kUntouchedError);
+  txlogLog(vl::kTag, TXLOG_ERROR, L"a failure that is looked into after its record");
+  EXPECT_EQ(GetLastError(), support::kUntouchedError);
+  txlogSetSink(nullptr, nullptr, 0);
+  EXPECT_EQ(records, 3);
 }
 
 TEST_F(Frame, GuardPutsTheLastErrorValueBack) {

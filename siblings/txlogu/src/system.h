@@ -24,7 +24,8 @@ class CallGuard {
 
  private:
   int errno_;
-  unsigned long state_;
+  unsigned long lastError_;
+  int cancelState_ = 0;
 };
 
 /// Takes the channel's one lock. False, with nothing taken, if this thread has it already or if it can't be had any

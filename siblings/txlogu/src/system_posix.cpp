@@ -14,6 +14,13 @@
 
 #include "unicode.h"
 
+// The last-error value of the platform stand-in, in programs that have it: its other functions are counted, and made
+// to fail, for tests; a log call must not be among them.
+extern "C" {
+[[gnu::weak]] unsigned GetLastError();
+[[gnu::weak]] void SetLastError(unsigned code);
+}
+
 namespace txlogu::system {
 namespace {
 
@@ -97,15 +104,14 @@ std::size_t writeAll(int descriptor, std::string_view bytes) noexcept {
 
 }  // namespace
 
-CallGuard::CallGuard() noexcept : errno_(errno), state_(0) {
-  int state = PTHREAD_CANCEL_ENABLE;
-  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
-  state_ = static_cast<unsigned long>(state);
+CallGuard::CallGuard() noexcept : errno_(errno), lastError_(GetLastError != nullptr ? GetLastError() : 0) {
+  pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState_);
 }
 
 CallGuard::~CallGuard() {
   int state = 0;
-  pthread_setcancelstate(static_cast<int>(state_), &state);
+  pthread_setcancelstate(cancelState_, &state);
+  if (SetLastError != nullptr) SetLastError(static_cast<unsigned>(lastError_));
   errno = errno_;
 }
 

@@ -71,11 +71,11 @@ class AppendLock {
 
 }  // namespace
 
-CallGuard::CallGuard() noexcept : errno_(errno), state_(GetLastError()) {}
+CallGuard::CallGuard() noexcept : errno_(errno), lastError_(GetLastError()) {}
 
 CallGuard::~CallGuard() {
   errno = errno_;
-  SetLastError(state_);
+  SetLastError(lastError_);
 }
 
 bool lock() noexcept {
