@@ -1,3 +1,4 @@
+#include <vlplatform/machine/allocations.h>
 #include <vlplatform/machine/clock.h>
 
 #include <chrono>
@@ -33,13 +34,16 @@ std::uint64_t Clock::ticks() const {
   return static_cast<std::uint64_t>(kUnixEpochTicks + std::chrono::duration_cast<Ticks>(sinceUnixEpoch).count());
 }
 
+// The C library may read its zone files here.
 TIME_ZONE_INFORMATION Clock::zone() const {
+  const OwnAllocations own;
   const auto now = static_cast<std::int64_t>(ticks());
   const std::lock_guard lock(mutex_);
   return zone_ ? *zone_ : thisComputersZone(now);
 }
 
 LONG Clock::bias() const {
+  const OwnAllocations own;
   const auto now = static_cast<std::int64_t>(ticks());
   const std::lock_guard lock(mutex_);
   return zone_ ? biasIn(*zone_, periodOf(*zone_, now, false)) : thisComputersBias(now);

@@ -1,7 +1,7 @@
 #include <cstddef>
+#include <cstdlib>
 #include <cwchar>
 #include <memory>
-#include <new>
 
 #include <vlhostkit/timetext.h>
 
@@ -51,10 +51,15 @@ struct Layout {
   bool hasOffset() const { return timeEnd + 1 < length; }
 };
 
-// Gives `parse` a terminated copy of the section.
+struct Free {
+  void operator()(void* block) const { std::free(block); }
+};
+
+// Gives `parse` a terminated copy of the section. By malloc: the copies are half of what a conversion costs, and
+// operator new without exceptions takes twice as long.
 template <class Parse>
 DWORD parseCopy(LPCWSTR begin, std::size_t chars, Parse parse) {
-  const std::unique_ptr<wchar_t[]> copy(new (std::nothrow) wchar_t[chars + 1]);
+  const std::unique_ptr<wchar_t, Free> copy(static_cast<wchar_t*>(std::malloc((chars + 1) * sizeof(wchar_t))));
   if (!copy) {
     return ERROR_NOT_ENOUGH_MEMORY;
   }

@@ -1,12 +1,26 @@
 #include <support/allocfault.h>
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include <vlplatform/machine/allocations.h>
 
+// The sanitizers have a malloc of their own, which cannot be replaced.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VL_COUNTS_MALLOC 0
+#else
+#define VL_COUNTS_MALLOC 1
+extern "C" void* __libc_malloc(std::size_t bytes);
+#endif
+
 namespace support {
+
+const bool kCountsMalloc = VL_COUNTS_MALLOC != 0;
+
 namespace {
 
 constinit thread_local AllocFault* armed = nullptr;
@@ -15,8 +29,25 @@ bool mustFail() {
   return armed != nullptr && !vlplatform::OwnAllocations::active() && armed->pass();
 }
 
+// The C library's own malloc, where `malloc` is ours.
+void* allocateUncounted(std::size_t bytes) noexcept {
+#if VL_COUNTS_MALLOC
+  return __libc_malloc(bytes);
+#else
+  return std::malloc(bytes);
+#endif
+}
+
+#if VL_COUNTS_MALLOC
+// The language's runtime takes the memory of exceptions by malloc, and has a reserve for when there is none.
+bool byLanguageRuntime(const void* caller) {
+  Dl_info info;
+  return dladdr(caller, &info) != 0 && std::strstr(info.dli_fname, "libstdc++") != nullptr;
+}
+#endif
+
 void* allocate(std::size_t bytes) noexcept {
-  return mustFail() ? nullptr : std::malloc(std::max<std::size_t>(bytes, 1));
+  return mustFail() ? nullptr : allocateUncounted(std::max<std::size_t>(bytes, 1));
 }
 
 void* allocate(std::size_t bytes, std::align_val_t alignment) noexcept {
@@ -60,6 +91,13 @@ bool AllocFault::pass() {
 }
 
 }  // namespace support
+
+#if VL_COUNTS_MALLOC
+extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t bytes) {
+  const bool counts = support::armed != nullptr && !support::byLanguageRuntime(__builtin_return_address(0));
+  return counts && support::mustFail() ? nullptr : __libc_malloc(bytes);
+}
+#endif
 
 // All forms, so that none allocates here and is released by the standard library's own, or the other way round.
 using support::allocate;

@@ -6,9 +6,13 @@
 
 namespace support {
 
-/// While one lives, allocations with any form of `operator new` on the thread that made it are counted, in our shared
-/// libraries also, and the n-th fails: by std::bad_alloc, or by a null pointer where std::nothrow asked for that.
-/// Allocations under a vlplatform::OwnAllocations are neither counted nor fail. One at a time on a thread.
+/// Whether malloc counts too: not in sanitizer builds.
+extern const bool kCountsMalloc;
+
+/// While one lives, allocations with any form of `operator new` and with malloc on the thread that made it are counted,
+/// in our shared libraries also, and the n-th fails: by std::bad_alloc, or by a null pointer where std::nothrow asked
+/// for that. The memory of exceptions does not count, nor do allocations under a vlplatform::OwnAllocations. One at a
+/// time on a thread.
 ///
 /// Only the call under test belongs into its scope: an assertion allocates too.
 ///

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <new>
 #include <sstream>
 #include <string>
@@ -42,6 +43,20 @@ bool nothrowAllocationFails() {
   const bool failed = pointer == nullptr;
   delete[] pointer;
   return failed;
+}
+
+TEST(AllocFaultTest, FailsMalloc) {
+  if (!kCountsMalloc) {
+    GTEST_SKIP() << "malloc is the sanitizer's";
+  }
+  AllocFault fault(1);
+  void* const failed = std::malloc(8);
+  void* const block = std::malloc(8);
+  EXPECT_TRUE(fault.end());
+  EXPECT_EQ(fault.allocations(), 2u);
+  EXPECT_EQ(failed, nullptr);
+  EXPECT_NE(block, nullptr);
+  std::free(block);
 }
 
 TEST(AllocFaultTest, FailsTheNthAllocationInEveryForm) {

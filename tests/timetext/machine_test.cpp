@@ -190,6 +190,9 @@ TEST_F(OnMachine, EveryPlatformCallThatFailsEndsTheOperation) {
 }
 
 TEST_F(OnMachine, EveryAllocationThatFailsGivesOutOfMemory) {
+  if (!support::kCountsMalloc) {
+    GTEST_SKIP() << "malloc is the sanitizer's";
+  }
   support::LogCapture log;
   for (const Operation& operation : operations()) {
     for (std::uint64_t n = 1;; ++n) {
