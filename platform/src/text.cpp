@@ -59,6 +59,11 @@ int noTranslation() {
 
 using namespace vlplatform;
 
+UINT GetACP() {
+  gate("GetACP");
+  return CP_UTF8;
+}
+
 int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR buffer, int chars) {
   if (gateFails("MultiByteToWideChar") || !validArguments(codePage, text, bytes, buffer, chars)) {
     return 0;

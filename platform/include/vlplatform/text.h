@@ -10,6 +10,9 @@
 #define WC_ERR_INVALID_CHARS 0x80u
 
 extern "C" {
+/// CP_UTF8.
+VLPLATFORM_API UINT GetACP();
+
 /// As the platform's functions: a length of -1 includes the terminator, a capacity of 0 asks for the size. Bytes and
 /// characters that are no text become U+FFFD, or fail with ERROR_NO_UNICODE_TRANSLATION if the flag asks for it.
 VLPLATFORM_API int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR buffer, int chars);
