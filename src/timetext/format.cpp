@@ -56,6 +56,15 @@ void print(const SYSTEMTIME& time, LPWSTR buffer) {
   text.put(L'Z');
 }
 
+DWORD printNow(void(WINAPI* getNow)(SYSTEMTIME*), LPWSTR buffer, DWORD* chars) {
+  if (buffer == nullptr) {
+    return ERROR_INVALID_PARAMETER;
+  }
+  SYSTEMTIME now;
+  getNow(&now);
+  return vlSysSystemTimeToISO8601(&now, buffer, chars);
+}
+
 }  // namespace
 
 DWORD vlSysSystemTimeToISO8601(SYSTEMTIME* time, LPWSTR buffer, DWORD* chars) {
@@ -81,11 +90,7 @@ DWORD vlSysCurrentTimeToISO8601(LPWSTR buffer, DWORD* chars) {
   DWORD result = ERROR_INVALID_PARAMETER;
   const vl::CallFrame frame(vl::kTag, L"vlSysCurrentTimeToISO8601",
                             vl::ExitWith(L"vlSysCurrentTimeToISO8601: returns nRet = 0x%x", result));
-  if (buffer != nullptr) {
-    SYSTEMTIME now;
-    GetSystemTime(&now);
-    result = vlSysSystemTimeToISO8601(&now, buffer, chars);
-  }
+  result = printNow(&GetSystemTime, buffer, chars);
   return result;
 }
 
@@ -93,11 +98,7 @@ DWORD vlSysCurrentLocalTimeToISO8601(LPWSTR buffer, DWORD* chars) {
   DWORD result = ERROR_INVALID_PARAMETER;
   const vl::CallFrame frame(vl::kTag, L"vlSysCurrentLocalTimeToISO8601",
                             vl::ExitWith(L"vlSysCurrentLocalTimeToISO8601: returns nRet = 0x%x", result));
-  if (buffer != nullptr) {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    result = vlSysSystemTimeToISO8601(&now, buffer, chars);
-  }
+  result = printNow(&GetLocalTime, buffer, chars);
   return result;
 }
 
