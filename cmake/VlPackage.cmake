@@ -2,7 +2,7 @@
 include(CMakePackageConfigHelpers)
 
 set(VL_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/vlhostkit")
-set(vl_targets vlhostkitu txlogu tx_cext)
+set(vl_targets vlhostkitu vlafx txlogu tx_cext)
 if(NOT WIN32)
   list(APPEND vl_targets vlplatform)
 endif()
@@ -15,7 +15,7 @@ if(WIN32)
   install(FILES ${VL_RUNTIME_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
-install(DIRECTORY include/vlhostkit siblings/txlogu/include/txlogu siblings/tx.cext/include/tx.cext
+install(DIRECTORY include/vlhostkit afx/include/vlafx siblings/txlogu/include/txlogu siblings/tx.cext/include/tx.cext
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
 if(NOT WIN32)
   install(DIRECTORY platform/include/vlplatform DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
@@ -29,9 +29,9 @@ install(FILES "${PROJECT_BINARY_DIR}/vlhostkitConfig.cmake" "${PROJECT_BINARY_DI
   DESTINATION "${VL_PACKAGE_DIR}")
 
 if(WIN32)
-  set(VL_PC_LIBS "-lvlhostkitu -ltxlogu")
+  set(VL_PC_LIBS "-lvlhostkitu -lvlafx -ltxlogu")
 else()
-  set(VL_PC_LIBS "-lvlhostkitu -ltxlogu -lvlplatform")
+  set(VL_PC_LIBS "-lvlhostkitu -lvlafx -ltxlogu -lvlplatform")
 endif()
 file(RELATIVE_PATH VL_PC_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/vlhostkit.pc.in "${PROJECT_BINARY_DIR}/vlhostkit.pc" @ONLY)

@@ -4,6 +4,8 @@
 
 #ifdef _WIN32
 #include <windows.h>
+
+#include <oleauto.h>
 #else
 #include <vlplatform/windows.h>
 #endif

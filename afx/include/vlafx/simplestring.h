@@ -1,0 +1,70 @@
+/// The buffer of a string: one pointer to the first character, with length, capacity and manager ahead of it.
+#ifndef VLAFX_SIMPLESTRING_H
+#define VLAFX_SIMPLESTRING_H
+
+#include <vlafx/stringmgr.h>
+
+/// A NUL-terminated text in a buffer of its own. Lengths are characters (`Char` units), signed 32-bit. An empty core
+/// stands on a static empty buffer of allocated length 0. A core that grows moves its text to a block that is half as
+/// large again at least, so that appending costs linear time; the block it leaves is released as it is, not wiped.
+///
+/// Throws CMemoryException* out of memory or beyond the largest length, CInvalidArgException* for arguments out of
+/// range; the text stays as it was. For one thread at a time. Cores are not copied: text is, by its characters.
+///
+/// It exists for char and wchar_t: members that are not defined here come from the library.
+template <class Char>
+class CSimpleStringT {
+ public:
+  using XCHAR = Char;
+  using PXSTR = Char*;
+  using PCXSTR = const Char*;
+
+  VLAFX_API CSimpleStringT() noexcept;
+  VLAFX_API ~CSimpleStringT();
+  CSimpleStringT(const CSimpleStringT&) = delete;
+  CSimpleStringT& operator=(const CSimpleStringT&) = delete;
+
+  int GetLength() const noexcept { return header()->nDataLength; }
+  int GetAllocLength() const noexcept { return header()->nAllocLength; }
+  bool IsEmpty() const noexcept { return GetLength() == 0; }
+  PCXSTR GetString() const noexcept { return m_pszData; }
+  operator PCXSTR() const noexcept { return m_pszData; }
+
+  /// The characters, writable up to the allocated length. Never moves them.
+  PXSTR GetBuffer() noexcept { return m_pszData; }
+  /// The same with an allocated length of at least `n`; text and length stay. Throws CInvalidArgException* below 0.
+  PXSTR GetBuffer(int n) {
+    if (static_cast<unsigned>(n) > static_cast<unsigned>(GetAllocLength())) {  // a negative one also
+      grow(n);
+    }
+    return m_pszData;
+  }
+  /// Sets the length, -1 to measure it, and terminates the text. The buffer stays. Throws CInvalidArgException* for a
+  /// length that does not fit.
+  VLAFX_API void ReleaseBuffer(int n = -1);
+  VLAFX_API void ReleaseBufferSetLength(int n);
+
+  /// Copies `length` characters; `text` may lie in this buffer. Throws CInvalidArgException* for a negative length, and
+  /// for a null text with a length other than 0.
+  VLAFX_API void SetString(PCXSTR text, int length);
+  /// The character at an index from 0 to the length. Throws CInvalidArgException* elsewhere.
+  VLAFX_API XCHAR GetAt(int index) const;
+  /// The same below the length; the terminator is not written.
+  VLAFX_API void SetAt(int index, XCHAR character);
+
+ protected:
+  CStringData* header() const noexcept { return reinterpret_cast<CStringData*>(m_pszData) - 1; }
+  /// Sets a length that fits and terminates the text. Writes nothing to the static empty buffer.
+  void setLength(int n) noexcept;
+
+ private:
+  VLAFX_API void grow(int n);
+  /// A block for `n` characters at least that takes the place of the present one.
+  CStringData* larger(int n) const;
+  /// Makes `block` the core's own and gives the former one back.
+  void adopt(CStringData* block) noexcept;
+
+  PXSTR m_pszData;
+};
+
+#endif

@@ -1,0 +1,3 @@
+#include <vlafx/object.h>
+
+CObject::~CObject() = default;
