@@ -11,6 +11,7 @@ void Machine::reset() {
   faults_.reset();
   clock_.reset();
   modules_.reset();
+  strings_.reset();
 }
 
 }  // namespace vlplatform

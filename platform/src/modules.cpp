@@ -162,6 +162,21 @@ long Modules::references(std::wstring_view module) const {
   return record != nullptr ? record->references.load() : 0;
 }
 
+HMODULE Modules::program() {
+  static HINSTANCE__* const record = [] {
+    const OwnAllocations own;
+    return new HINSTANCE__({});
+  }();
+  return record;
+}
+
+HMODULE Modules::handle(std::wstring_view name) const {
+  HINSTANCE__* const record = state_->byName(name);
+  const bool known = record != nullptr && (record->kind == HINSTANCE__::Kind::table ||
+                                           (record->kind == HINSTANCE__::Kind::sibling && record->references > 0));
+  return known ? record : nullptr;
+}
+
 DWORD Modules::load(std::wstring_view name, HMODULE* module) {
   using Kind = HINSTANCE__::Kind;
   const auto take = [&](HINSTANCE__& record) {

@@ -102,23 +102,3 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int chars, LPS
   }
   return output.finish();
 }
-
-errno_t wcsncpy_s(wchar_t* target, std::size_t capacity, const wchar_t* source, std::size_t count) {
-  if (const DWORD code = gate("wcsncpy_s"); code != ERROR_SUCCESS) {
-    return EINVAL;
-  }
-  if (target == nullptr || capacity == 0) {
-    return EINVAL;
-  }
-  target[0] = L'\0';
-  if (source == nullptr) {
-    return EINVAL;
-  }
-  const std::size_t length = wcsnlen(source, count);
-  if (length >= capacity) {
-    return ERANGE;
-  }
-  std::wmemcpy(target, source, length);
-  target[length] = L'\0';
-  return 0;
-}

@@ -112,8 +112,8 @@ TEST_F(FaultGate, EveryFunctionPassesIt) {
   faults().fail("GetProcAddress", 1, FaultSpan::once, 4321);
   EXPECT_EQ(GetProcAddress(kernel, "TzSpecificLocalTimeToSystemTime"), nullptr);
   EXPECT_EQ(GetLastError(), 4321u);
-  faults().fail("wcsncpy_s");
-  EXPECT_EQ(wcsncpy_s(wide, 8, L"b", 1), EINVAL);
+  faults().fail("memcpy_s");
+  EXPECT_EQ(memcpy_s(wide, sizeof wide, L"b", sizeof(wchar_t)), EINVAL);
   // The reference goes although the call fails.
   faults().fail("FreeLibrary", 1, FaultSpan::once, 4321);
   EXPECT_FALSE(FreeLibrary(kernel));

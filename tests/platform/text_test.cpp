@@ -1,7 +1,6 @@
-// Narrow and wide text, and the bounded copy.
+// Narrow and wide text.
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
 
 #include <support/guardedbuffer.h>
@@ -124,29 +123,6 @@ TEST_F(TextTest, BadArguments) {
   EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", 1, wide, -1)));
   EXPECT_TRUE(refused(MultiByteToWideChar(CP_ACP, 0, "a", 1, nullptr, 4)));
   EXPECT_TRUE(refused(WideCharToMultiByte(CP_ACP, 0, L"a", 1, nullptr, 4, nullptr, nullptr)));
-}
-
-TEST_F(TextTest, BoundedCopy) {
-  const struct {
-    const wchar_t* source;
-    std::size_t capacity;
-    std::size_t count;
-    errno_t result;
-    const wchar_t* copy;
-  } rows[] = {
-      {L"abc", 4, 3, 0, L"abc"}, {L"abc", 4, 2, 0, L"ab"},    {L"abc", 4, 10, 0, L"abc"},  {L"abc", 1, 0, 0, L""},
-      {L"", 1, 5, 0, L""},       {L"abc", 3, 3, ERANGE, L""}, {L"abc", 2, 9, ERANGE, L""}, {nullptr, 4, 1, EINVAL, L""},
-  };
-  for (const auto& row : rows) {
-    support::GuardedBuffer<wchar_t> buffer(row.capacity);
-    EXPECT_EQ(wcsncpy_s(buffer.data(), row.capacity, row.source, row.count), row.result);
-    EXPECT_STREQ(buffer.data(), row.copy);
-    EXPECT_TRUE(buffer.guardsIntact());
-  }
-  wchar_t one = L'x';
-  EXPECT_EQ(wcsncpy_s(&one, 0, L"a", 1), EINVAL);
-  EXPECT_EQ(one, L'x');
-  EXPECT_EQ(wcsncpy_s(nullptr, 4, L"a", 1), EINVAL);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <vlplatform/machine/counters.h>
 #include <vlplatform/machine/faults.h>
 #include <vlplatform/machine/modules.h>
+#include <vlplatform/machine/strings.h>
 
 namespace vlplatform {
 
@@ -20,6 +21,7 @@ class Machine {
   Counters& counters() { return counters_; }
   Clock& clock() { return clock_; }
   Modules& modules() { return modules_; }
+  Strings& strings() { return strings_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -31,6 +33,7 @@ class Machine {
   Counters counters_;
   Clock clock_;
   Modules modules_;
+  Strings strings_;
 };
 
 inline Machine& machine() {

@@ -20,12 +20,4 @@ VLPLATFORM_API int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text,
                                        LPCSTR defaultChar, BOOL* usedDefaultChar);
 }
 
-/// The runtime's error numbers of the bounded functions.
-using errno_t = int;
-
-/// Copies at most `count` characters up to the first NUL and terminates the copy. `capacity` counts characters.
-/// Returns 0, EINVAL for a null pointer, ERANGE where the copy does not fit.
-extern "C" VLPLATFORM_API errno_t wcsncpy_s(wchar_t* target, std::size_t capacity, const wchar_t* source,
-                                            std::size_t count);
-
 #endif

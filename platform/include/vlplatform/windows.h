@@ -3,8 +3,11 @@
 #define VLPLATFORM_WINDOWS_H
 
 #include <vlplatform/basetypes.h>
+#include <vlplatform/crt.h>
 #include <vlplatform/errors.h>
 #include <vlplatform/modules.h>
+#include <vlplatform/oleauto.h>
+#include <vlplatform/resources.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>
 

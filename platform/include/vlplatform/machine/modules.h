@@ -33,6 +33,11 @@ class VLPLATFORM_API Modules {
   /// References that callers hold on a module of the table or a sibling.
   long references(std::wstring_view module) const;
 
+  /// Stands for the program itself: a handle for its resources, and no module that can be loaded or released.
+  static HMODULE program();
+  /// The handle of a module of the table, or of a sibling that is loaded; null otherwise. No reference is taken.
+  HMODULE handle(std::wstring_view name) const;
+
   /// For the stand-in's functions; 0 is ERROR_SUCCESS.
   DWORD load(std::wstring_view name, HMODULE* module);
   DWORD find(HMODULE module, std::string_view entryPoint, FARPROC* address);

@@ -1,0 +1,214 @@
+// The runtime's bounded copies, fills and conversions.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <support/guardedbuffer.h>
+#include <support/machinetest.h>
+
+#include <vlplatform/windows.h>
+
+#include "invalidparameters.h"
+
+namespace {
+
+class BoundedText : public support::MachineTest {
+ protected:
+  InvalidParameters invalid_;
+};
+
+template <class Char>
+errno_t copy(Char* target, rsize_t size, const Char* source) {
+  if constexpr (std::is_same_v<Char, char>) {
+    return strcpy_s(target, size, source);
+  } else {
+    return wcscpy_s(target, size, source);
+  }
+}
+
+template <class Char>
+class BoundedCopy : public BoundedText {};
+using Widths = testing::Types<char, wchar_t>;
+TYPED_TEST_SUITE(BoundedCopy, Widths);
+
+TYPED_TEST(BoundedCopy, CopiesAllOrNothing) {
+  const TypeParam text[] = {'a', 'b', 'c', 0};
+  for (std::size_t size = 1; size <= 6; ++size) {
+    support::GuardedBuffer<TypeParam> buffer(size);
+    const errno_t result = size < 4 ? ERANGE : 0;
+    EXPECT_TRUE(this->invalid_.after([&] { return copy(buffer.data(), size, text); }, result, result)) << size;
+    EXPECT_EQ(std::basic_string<TypeParam>(buffer.data()), std::basic_string<TypeParam>(text, size < 4 ? 0 : 3));
+    EXPECT_TRUE(buffer.untouched(size < 4 ? 1 : 4)) << size;  // no part of a text that does not fit
+  }
+}
+
+TYPED_TEST(BoundedCopy, RefusesWhatIsInvalid) {
+  const TypeParam text[] = {'a', 0};
+  TypeParam buffer[] = {'x', 'y', 0};
+  TypeParam* const none = nullptr;
+  EXPECT_TRUE(this->invalid_.after([&] { return copy(none, 3, text); }, EINVAL, EINVAL));
+  EXPECT_TRUE(this->invalid_.after([&] { return copy(buffer, 0, text); }, EINVAL, EINVAL));
+  EXPECT_EQ(buffer[0], TypeParam{'x'});
+  EXPECT_TRUE(this->invalid_.after([&] { return copy<TypeParam>(buffer, 3, nullptr); }, EINVAL, EINVAL));
+  EXPECT_EQ(buffer[0], TypeParam{});
+  buffer[0] = 'x';
+  this->faults().fail(std::is_same_v<TypeParam, char> ? "strcpy_s" : "wcscpy_s");
+  EXPECT_TRUE(this->invalid_.after([&] { return copy(buffer, 3, text); }, EINVAL, EINVAL));
+  EXPECT_EQ(buffer[0], TypeParam{});
+}
+
+TEST_F(BoundedText, MemoryCopies) {
+  using Copy = errno_t (*)(void*, rsize_t, const void*, rsize_t);
+  const struct {
+    Copy call;
+    const char* name;
+    std::string afterRefusal;
+  } functions[] = {{&memcpy_s, "memcpy_s", std::string(4, '\0')}, {&memmove_s, "memmove_s", "wxyz"}};
+  for (const auto& [call, name, afterRefusal] : functions) {
+    const struct {
+      bool target;
+      const char* source;
+      rsize_t count;
+      errno_t result;
+      std::string after;
+    } rows[] = {
+        {true, "abcd", 4, 0, "abcd"},
+        {true, "abcd", 2, 0, "abyz"},
+        {true, nullptr, 0, 0, "wxyz"},
+        {true, "abcdef", 0, 0, "wxyz"},
+        {false, nullptr, 0, 0, ""},
+        {false, "a", 1, EINVAL, ""},
+        {true, nullptr, 1, EINVAL, afterRefusal},
+        {true, "abcdef", 5, ERANGE, afterRefusal},
+    };
+    for (const auto& row : rows) {
+      std::string buffer = "wxyz";
+      char* const target = row.target ? buffer.data() : nullptr;
+      EXPECT_TRUE(
+          invalid_.after([&, copy = call] { return copy(target, 4, row.source, row.count); }, row.result, row.result))
+          << name << " of " << row.count;
+      if (row.target) {
+        EXPECT_EQ(buffer, row.after) << name << " of " << row.count;
+      }
+    }
+    std::string buffer = "wxyz";
+    faults().fail(name);
+    EXPECT_TRUE(invalid_.after([&, copy = call] { return copy(buffer.data(), 4, "abcd", 4); }, EINVAL, EINVAL));
+    EXPECT_EQ(buffer, afterRefusal);
+  }
+  char overlapping[] = "abcdef";
+  EXPECT_EQ(memmove_s(overlapping + 1, 5, overlapping, 4), 0);
+  EXPECT_STREQ(overlapping, "aabcdf");
+}
+
+TEST_F(BoundedText, Fill) {
+  const struct {
+    std::wstring text;  // with what lies behind its terminator
+    rsize_t size;
+    rsize_t count;
+    errno_t result;
+    std::wstring after;
+  } rows[] = {
+      {{L"abc\0de", 6}, 6, 2, 0, {L"**c\0de", 6}},       {{L"abc\0de", 6}, 4, 9, 0, {L"***\0de", 6}},
+      {{L"abc\0de", 6}, 4, 0, 0, {L"abc\0de", 6}},       {{L"abc\0de", 6}, 3, 1, EINVAL, {L"\0bc\0de", 6}},
+      {{L"abc\0de", 6}, 3, 9, EINVAL, {L"\0*c\0de", 6}}, {{L"abc\0de", 6}, 0, 1, EINVAL, {L"abc\0de", 6}},
+  };
+  for (const auto& row : rows) {
+    std::wstring text = row.text;
+    EXPECT_TRUE(
+        invalid_.after([&] { return _wcsnset_s(text.data(), row.size, L'*', row.count); }, row.result, row.result));
+    EXPECT_EQ(text, row.after);
+  }
+  EXPECT_TRUE(invalid_.after([] { return _wcsnset_s(nullptr, 0, L'*', 0); }, 0, 0));
+  EXPECT_TRUE(invalid_.after([] { return _wcsnset_s(nullptr, 4, L'*', 1); }, EINVAL, EINVAL));
+  wchar_t text[] = L"abc";
+  faults().fail("_wcsnset_s");
+  EXPECT_TRUE(invalid_.after([&] { return _wcsnset_s(text, 4, L'*', 2); }, EINVAL, EINVAL));
+  EXPECT_STREQ(text, L"");
+}
+
+TEST_F(BoundedText, ConversionToBytes) {
+  constexpr auto kSizeOnly = static_cast<rsize_t>(-1);
+  const struct {
+    std::wstring source;
+    rsize_t size;
+    rsize_t count;
+    errno_t result;
+    std::size_t converted;
+    std::string bytes;
+  } rows[] = {
+      {L"abc", 4, 9, 0, 4, "abc"},
+      {L"abc", 4, 3, 0, 4, "abc"},
+      {L"abc", 4, 2, 0, 3, "ab"},
+      {L"abc", 4, 0, 0, 1, ""},
+      {L"", 1, _TRUNCATE, 0, 1, ""},
+      {L"abc", 3, 3, ERANGE, 0, ""},
+      {L"abc", 3, _TRUNCATE, STRUNCATE, 3, "ab"},
+      {L"abc", 1, _TRUNCATE, STRUNCATE, 1, ""},
+      {L"a\x20ac!", 6, 9, 0, 6, "a\xE2\x82\xAC!"},
+      // Never within a character.
+      {L"a\x20ac!", 6, 3, 0, 2, "a"},
+      {L"a\x20ac!", 6, 4, 0, 5, "a\xE2\x82\xAC"},
+      {L"a\x20ac!", 4, 9, ERANGE, 0, ""},
+      {L"a\x20ac!", 4, _TRUNCATE, STRUNCATE, 2, "a"},
+      {L"\x1f600", 5, 4, 0, 5, "\xF0\x9F\x98\x80"},
+      {L"\x1f600", 4, _TRUNCATE, STRUNCATE, 1, ""},
+      {L"ab\xd800", 9, 9, EILSEQ, 0, ""},
+      {{L'a', wchar_t{0x110000}}, 9, 9, EILSEQ, 0, ""},
+      {{L'a', wchar_t{0xDC00}}, kSizeOnly, 0, EILSEQ, 0, ""},
+      {L"a\x20ac!", kSizeOnly, 0, 0, 6, ""},
+  };
+  for (const auto& row : rows) {
+    const bool sizeOnly = row.size == kSizeOnly;
+    const rsize_t size = sizeOnly ? 0 : row.size;
+    support::GuardedBuffer<char> buffer(sizeOnly ? 1 : size);
+    std::size_t converted = 99;
+    char* const target = sizeOnly ? nullptr : buffer.data();
+    const int error = row.result == STRUNCATE ? 0 : row.result;
+    EXPECT_TRUE(invalid_.after([&] { return wcstombs_s(&converted, target, size, row.source.c_str(), row.count); },
+                               row.result, error))
+        << row.size << " " << row.count;
+    EXPECT_EQ(converted, row.converted) << row.size << " " << row.count;
+    EXPECT_TRUE(buffer.guardsIntact());
+    if (!sizeOnly) {
+      EXPECT_STREQ(buffer.data(), row.bytes.c_str());
+      EXPECT_TRUE(error == 0 || std::memchr(buffer.data(), 'a', size) == nullptr) << "a part of the text is left";
+    }
+  }
+}
+
+TEST_F(BoundedText, ConversionRefusesWhatIsInvalid) {
+  char buffer[4] = "abc";
+  std::size_t converted = 99;
+  EXPECT_TRUE(invalid_.after([&] { return wcstombs_s(&converted, nullptr, 4, L"a", 1); }, EINVAL, EINVAL));
+  EXPECT_TRUE(invalid_.after([&] { return wcstombs_s(&converted, buffer, 0, L"a", 1); }, EINVAL, EINVAL));
+  EXPECT_STREQ(buffer, "abc");
+  EXPECT_TRUE(invalid_.after([&] { return wcstombs_s(&converted, buffer, 4, nullptr, 1); }, EINVAL, EINVAL));
+  EXPECT_STREQ(buffer, "");
+  EXPECT_EQ(converted, 0u);
+  EXPECT_EQ(wcstombs_s(nullptr, buffer, 4, L"xyz", 3), 0);
+  faults().fail("wcstombs_s");
+  EXPECT_TRUE(invalid_.after([&] { return wcstombs_s(nullptr, buffer, 4, L"xyz", 3); }, EINVAL, EINVAL));
+  EXPECT_STREQ(buffer, "");
+}
+
+TEST_F(BoundedText, ReportsReachTheHandlerThatIsSet) {
+  EXPECT_TRUE(invalid_.after(
+      [] {
+        _invalid_parameter(L"a", L"b", L"c", 1, 0);
+        return errno = EINVAL;
+      },
+      EINVAL, EINVAL));
+  const _invalid_parameter_handler handler = _set_invalid_parameter_handler(nullptr);
+  EXPECT_NE(handler, nullptr);
+  EXPECT_EQ(wcscpy_s(nullptr, 1, L""), EINVAL);  // without one it just returns
+  _invalid_parameter(nullptr, nullptr, nullptr, 0, 0);
+  EXPECT_EQ(_set_invalid_parameter_handler([](auto...) { throw 7; }), nullptr);
+  EXPECT_THROW(wcscpy_s(nullptr, 1, L""), int);
+  _set_invalid_parameter_handler(handler);
+}
+
+}  // namespace
