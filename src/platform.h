@@ -6,7 +6,18 @@
 #include <vlhostkit/types.h>
 
 #ifdef _WIN32
+#include <stdlib.h>
+#include <string.h>
 #include <wchar.h>
+
+/// The runtime that mingw links against does not export its report of an invalid argument, only the handler that it
+/// calls. Without a handler the report returns.
+inline void _invalid_parameter(const wchar_t* expression, const wchar_t* function, const wchar_t* file, unsigned line,
+                               uintptr_t reserved) {
+  if (const auto handler = _get_invalid_parameter_handler()) {
+    handler(expression, function, file, line, reserved);
+  }
+}
 #endif
 
 #endif

@@ -63,9 +63,10 @@ DWORD parseCopy(LPCWSTR begin, std::size_t chars, Parse parse) {
   if (!copy) {
     return ERROR_NOT_ENOUGH_MEMORY;
   }
-  if (wcsncpy_s(copy.get(), chars + 1, begin, chars) != 0) {
+  if (memcpy_s(copy.get(), (chars + 1) * sizeof(wchar_t), begin, chars * sizeof(wchar_t)) != 0) {
     return ERROR_CANNOT_COPY;
   }
+  copy.get()[chars] = L'\0';
   return parse(copy.get());
 }
 

@@ -77,7 +77,7 @@ TEST_F(OnMachine, OnlyTextsThatAreNotInUtcNeedThePlatform) {
   ToFields(L"2013-03-28T12:34:56Z");
   ToFields(L"2013-02-31T99:00:00+");
   EXPECT_EQ(faults().calls(), 4u);
-  EXPECT_EQ(faults().calls("wcsncpy_s"), 4u);
+  EXPECT_EQ(faults().calls("memcpy_s"), 4u);
 
   faults().watch();
   ToFields(L"2013-03-28T12+01");
@@ -168,7 +168,7 @@ TEST_F(OnMachine, EveryPlatformCallThatFailsEndsTheOperation) {
       const DWORD result = operation.call();
       const std::string failed = faults().callName(n);
       DWORD expected = kCode;
-      if (failed == "wcsncpy_s") {
+      if (failed == "memcpy_s") {
         expected = ERROR_CANNOT_COPY;
       } else if (failed.empty() || failed == "FreeLibrary" || failed == "CompareFileTime" ||
                  failed == "GetSystemTime" || failed == "GetLocalTime") {
