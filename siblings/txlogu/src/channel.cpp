@@ -89,7 +89,6 @@ void callSink(const txlogRecord& record) noexcept {
   record.processId = system::processId();
   record.threadId = system::threadId();
 
-  channel.text.clear();
   if (call.arguments != nullptr) {
     record.format = call.text;
     appendFormatted(channel.text, call.text, call.arguments);
@@ -111,7 +110,9 @@ void callSink(const txlogRecord& record) noexcept {
   } else {
     channel.line.write(record);
     channel.configuration.deliver(channel.line);
+    channel.line.clear();
   }
+  channel.text.clear();
 }
 
 bool isClosed(int level) noexcept {

@@ -1,5 +1,7 @@
 #include "format.h"
 
+#include <vlhostkit/wipe.h>
+
 #include <cstdint>
 
 #include "system.h"
@@ -43,6 +45,7 @@ void appendNarrow(Text& text, const char* narrow) noexcept {
 }  // namespace
 
 void Text::clear() noexcept {
+  VL::Framework::wipe(units_, length_ * sizeof(wchar_t));
   length_ = 0;
   cut_ = false;
 }

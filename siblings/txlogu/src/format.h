@@ -12,6 +12,7 @@ namespace txlogu {
 /// A wide text of bounded length. What does not fit is cut, never within a surrogate pair.
 class Text {
  public:
+  /// Zeroes what it held: a record's text may be one that must not stay readable.
   void clear() noexcept;
   void append(wchar_t unit) noexcept;
   void append(const wchar_t* text) noexcept;

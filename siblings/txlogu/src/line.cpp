@@ -1,5 +1,7 @@
 #include "line.h"
 
+#include <vlhostkit/wipe.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cwchar>
@@ -134,8 +136,13 @@ void Line::appendData(const txlogRecord& record) noexcept {
   }
 }
 
-void Line::write(const txlogRecord& record) noexcept {
+void Line::clear() noexcept {
+  VL::Framework::wipe(bytes_, length_);
   length_ = 0;
+}
+
+void Line::write(const txlogRecord& record) noexcept {
+  clear();
   appendTime(record.time);
   append(' ');
   appendNumber(static_cast<long long>(record.processId));
@@ -153,7 +160,7 @@ void Line::write(const txlogRecord& record) noexcept {
 }
 
 void Line::writeComplaint(std::string_view what, system::View subject) noexcept {
-  length_ = 0;
+  clear();
   append("txlogu: ");
   append(what);
   append(": ");

@@ -22,6 +22,9 @@ class Line {
   /// Makes this the line of a complaint of the channel itself: `what`, ": " and the escaped `subject`.
   void writeComplaint(std::string_view what, system::View subject) noexcept;
 
+  /// Zeroes what it held.
+  void clear() noexcept;
+
   std::string_view view() const noexcept { return {bytes_, length_}; }
 
  private:

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cerrno>
 
+#include <vlhostkit/wipe.h>
+
 #include "line.h"
 #include "unicode.h"
 
@@ -43,6 +45,11 @@ DWORD widen(std::string_view line) noexcept {
                                          static_cast<int>(Line::kCapacity));
   wideLine[length] = L'\0';
   return static_cast<DWORD>(length);
+}
+
+/// `bytes` of UTF-8 are at least as many as the wide characters that they became.
+void wipeWideLine(std::size_t bytes) noexcept {
+  VL::Framework::wipe(wideLine, bytes * sizeof(wchar_t));
 }
 
 /// Keeps other processes from appending at the same time. The range lies far behind any data.
@@ -134,6 +141,7 @@ void writeStandardError(std::string_view line) noexcept {
   if (GetConsoleMode(file, &mode)) {
     DWORD written = 0;
     WriteConsoleW(file, wideLine, widen(line), &written, nullptr);
+    wipeWideLine(line.size());
   } else {
     write(file, line);
   }
@@ -146,6 +154,7 @@ bool hasDebuggerOutput() noexcept {
 void writeDebugger(std::string_view line) noexcept {
   widen(line);
   OutputDebugStringW(wideLine);
+  wipeWideLine(line.size());
 }
 
 long long now() noexcept {
