@@ -53,11 +53,11 @@ std::string shown(std::string_view text, std::size_t limit) {
     if (index >= limit && !isContinuation(text[index])) {
       return line + "...";
     }
-    const auto byte = static_cast<unsigned char>(text[index]);
+    const auto unit = static_cast<unsigned char>(text[index]);
     const auto next = static_cast<unsigned char>(index + 1 < text.size() ? text[index + 1] : '\0');
-    if (byte < 0x20 || byte == 0x7F) {
-      appendEscaped(line, byte);
-    } else if (byte == 0xC2 && next < 0xA0) {
+    if (unit < 0x20 || unit == 0x7F) {
+      appendEscaped(line, unit);
+    } else if (unit == 0xC2 && next < 0xA0) {
       // The control characters U+0080 to U+009F.
       appendEscaped(line, next);
       ++index;

@@ -25,5 +25,6 @@ class TourPage {
 };
 
 void tourTime(TourPage& page);
+void tourSecret(TourPage& page);
 
 #endif

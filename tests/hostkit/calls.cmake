@@ -106,7 +106,10 @@ compare("tour" "standard error" "" "${run_err}")
 foreach(pattern IN ITEMS "\n  In UTC +20[0-9][0-9]-[0-9-]+T[0-9:]+Z\n" "\n  This machine's zone +[^\n]+UTC[+-][0-9:]+\n"
     "T12:00[+]01:00 and [^ ]+T06:00-05:00 +the same time\n"
     "-02-30T00:00:00Z +has fields, but no tick count: .*[(]87[)]\n"
-    "record 8 +\\[exit\\] vlSysISO8601ToSystemTime [(]0[)]\n$")
+    "record 8 +\\[exit\\] vlSysISO8601ToSystemTime [(]0[)]\n"
+    "\n  Before it arrives +0 copies in [^\n]+\n[^\n]+\n  While it is held +[1-9][^\n]+\n"
+    "\n  While all of them are held +[1-9][^\n]+\n  Let go +0 copies in [^\n]+\n"
+    "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
   if(NOT run_out MATCHES "${pattern}")
     message(SEND_ERROR "tour: nothing matches ${pattern} in\n${run_out}")
   endif()

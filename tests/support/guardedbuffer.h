@@ -35,7 +35,7 @@ class GuardedBuffer {
 
   bool filled(std::size_t first, std::size_t count) const {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(elements_.data() + first);
-    return std::all_of(bytes, bytes + count * sizeof(T), [](unsigned char byte) { return byte == kFill; });
+    return std::all_of(bytes, bytes + count * sizeof(T), [](unsigned char value) { return value == kFill; });
   }
 
   std::vector<T> elements_;

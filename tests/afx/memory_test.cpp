@@ -1,0 +1,170 @@
+// Where the string core gets its memory, what it does with it, and what happens when there is none.
+#include <vlhostkit/types.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "core.h"
+
+#ifndef _WIN32
+#include <support/allocfault.h>
+#include <support/machinetest.h>
+#endif
+
+namespace afxtest {
+namespace {
+
+template <class Char>
+constexpr std::size_t bytesFor(std::size_t length) {
+  return sizeof(CStringData) + (length + 1) * sizeof(Char);
+}
+
+template <class Char>
+class MemoryTest : public testing::Test {};
+TYPED_TEST_SUITE(MemoryTest, CharTypes);
+
+TYPED_TEST(MemoryTest, GrowsByHalfAtLeastAndReleasesAfterTheCopy) {
+  constexpr int kLength = 100'000;
+  const TypeParam x = TypeParam('x');
+  HookedManager manager;
+  std::size_t moves = 0;
+  manager.onFree = [&](const void* block, std::size_t bytes) {
+    const auto* const left = static_cast<const CStringData*>(block);
+    EXPECT_EQ(left->pStringMgr, &manager);
+    EXPECT_EQ(left->nRefs, 1);
+    EXPECT_EQ(bytes, bytesFor<TypeParam>(static_cast<std::size_t>(left->nAllocLength)));
+    // Given back as it is, and only when the block that follows it holds the text.
+    const std::basic_string<TypeParam> expected(static_cast<std::size_t>(left->nDataLength), x);
+    EXPECT_TRUE(expected == reinterpret_cast<const TypeParam*>(left + 1));
+    EXPECT_TRUE(expected == reinterpret_cast<const TypeParam*>(static_cast<const CStringData*>(manager.latest) + 1));
+    ++moves;
+  };
+  {
+    CStringT<TypeParam> core;
+    int allocated = 0;
+    for (int length = 0; length < kLength; ++length) {
+      core.GetBuffer(length + 1)[length] = x;
+      ASSERT_EQ(core.GetLength(), length);
+      core.ReleaseBufferSetLength(length + 1);
+      if (core.GetAllocLength() != allocated) {
+        EXPECT_GE(2 * core.GetAllocLength(), 3 * allocated);
+        EXPECT_EQ(core.GetAllocLength() % 8, 0);
+        allocated = core.GetAllocLength();
+      }
+    }
+    EXPECT_TRUE(text(core) == std::basic_string<TypeParam>(kLength, x));
+  }
+  EXPECT_LE(manager.requests.size(), 25u);  // log(100000 / 8) to the base of 1.5, and a first block
+  EXPECT_EQ(moves, manager.requests.size());
+}
+
+TYPED_TEST(MemoryTest, KeepsToTheManagerOfItsBuffer) {
+  IStringManager* const heap = AfxGetStringManager();
+  HookedManager first;
+  {
+    CStringT<TypeParam> core;
+    core = TypeParam('a');
+    EXPECT_EQ(AfxSetStringManager(nullptr), &first);
+    EXPECT_EQ(AfxGetStringManager(), heap);
+    CStringT<TypeParam> other;
+    other = TypeParam('b');
+    core.GetBuffer(1000);
+    EXPECT_EQ(AfxSetStringManager(&first), heap);
+  }
+  EXPECT_EQ(first.requests.size(), 2u);
+}
+
+// The operations that need a block, by a name for messages.
+template <class Char>
+struct Filling {
+  const char* name;
+  void (*run)(CStringT<Char>&);
+};
+template <class Char>
+std::vector<Filling<Char>> fillings() {
+  using Core = CStringT<Char>;
+  using Other = typename Core::YCHAR;
+  return {
+      {"text", [](Core& core) { core = std::basic_string<Char>(50, Char('n')).c_str(); }},
+      {"SetString", [](Core& core) { core.SetString(std::basic_string<Char>(50, Char('n')).c_str(), 50); }},
+      {"other width", [](Core& core) { core = std::basic_string<Other>(50, Other('n')).c_str(); }},
+      {"GetBuffer", [](Core& core) { core.GetBuffer(50); }},
+      {"largest GetBuffer", [](Core& core) { core.GetBuffer(std::numeric_limits<int>::max()); }},
+  };
+}
+
+TYPED_TEST(MemoryTest, StaysAsItIsWithoutMemory) {
+  for (const char* const before : {"", "before"}) {
+    for (const auto& [name, run] : fillings<TypeParam>()) {
+      HookedManager manager;
+      CStringT<TypeParam> core;
+      core = text<TypeParam>(before).c_str();
+      const TypeParam* const place = core.GetString();
+      const int allocated = core.GetAllocLength();
+      manager.onAllocate = [] { return false; };
+      EXPECT_TRUE(throws<CMemoryException>([&, fill = run] { fill(core); })) << name;
+      EXPECT_EQ(text(core), text<TypeParam>(before)) << name;
+      EXPECT_EQ(core.GetString(), place) << name;
+      EXPECT_EQ(core.GetAllocLength(), allocated) << name;
+    }
+  }
+}
+
+TYPED_TEST(MemoryTest, AsksForTheWholeSizeOfTheLargestText) {
+  HookedManager manager;
+  CStringT<TypeParam> core;
+  constexpr int kMost = std::numeric_limits<int>::max();
+  for (const int n : {kMost, kMost - 1, kMost - 6}) {
+    manager.onAllocate = [] { return false; };
+    EXPECT_TRUE(throws<CMemoryException>([&] { core.GetBuffer(n); }));
+    EXPECT_EQ(manager.requests.back(), bytesFor<TypeParam>(static_cast<std::size_t>(kMost))) << n;
+  }
+}
+
+#ifndef _WIN32
+
+TYPED_TEST(MemoryTest, HeapIsOperatorNew) {
+  CStringT<TypeParam> core;
+  core = TypeParam('a');
+  bool thrown;
+  {
+    support::AllocFault fault(1);
+    thrown = throws<CMemoryException>([&] { core.GetBuffer(1000); });
+    EXPECT_EQ(fault.allocations(), 1u);
+  }
+  EXPECT_TRUE(thrown);
+  EXPECT_EQ(text(core), text<TypeParam>("a"));
+}
+
+class ConversionTest : public support::MachineTest {};
+
+template <class Char>
+void expectZeros(const CStringT<Char>& core) {
+  EXPECT_EQ(core.GetLength(), 0);
+  EXPECT_TRUE(std::all_of(core.GetString(), core.GetString() + core.GetAllocLength(), [](Char c) { return c == 0; }));
+}
+
+TEST_F(ConversionTest, FailureLeavesTheCoreEmptyAndWiped) {
+  for (const int call : {1, 2}) {  // the one that measures, the one that converts
+    CStringT<wchar_t> wide;
+    wide = L"something from before";
+    faults().fail("MultiByteToWideChar", static_cast<std::uint64_t>(call));
+    wide = "secret";
+    expectZeros(wide);
+    EXPECT_GT(wide.GetAllocLength(), 0);
+    CStringT<char> narrow;
+    narrow = "something from before";
+    faults().fail("WideCharToMultiByte", static_cast<std::uint64_t>(call));
+    narrow = L"secret";
+    expectZeros(narrow);
+  }
+  CStringT<wchar_t> unused;
+  faults().fail("MultiByteToWideChar");
+  unused = "secret";
+  EXPECT_EQ(unused.GetAllocLength(), 0);
+}
+
+#endif
+
+}  // namespace
+}  // namespace afxtest

@@ -1,0 +1,113 @@
+#include <vlafx/oblist.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <vector>
+
+#include "core.h"
+
+#ifndef _WIN32
+#include <support/allocfault.h>
+#endif
+
+namespace afxtest {
+namespace {
+
+class Item : public CObject {};
+
+std::vector<CObject*> walk(const CObList& list) {
+  std::vector<CObject*> objects;
+  for (POSITION position = list.GetHeadPosition(); position != nullptr;) {
+    objects.push_back(list.GetNext(position));
+  }
+  return objects;
+}
+
+class ObListTest : public testing::TestWithParam<int> {};
+
+// The same steps on a list and on a model, so that nodes are taken again across and within blocks.
+TEST_P(ObListTest, BehavesAsAQueue) {
+  std::deque<Item> items(40);
+  std::deque<CObject*> model;
+  CObList list(GetParam());
+  unsigned random = 1;
+  for (int step = 0; step < 2000; ++step) {
+    random = random * 1664525u + 1013904223u;
+    const bool add = model.empty() || (model.size() < items.size() && (random >> 16) % 2 == 0);
+    if (add) {
+      CObject* const object = &items[static_cast<std::size_t>(step) % items.size()];
+      const POSITION position = list.AddTail(object);
+      model.push_back(object);
+      ASSERT_EQ(list.GetAt(position), object);
+      ASSERT_EQ(list.GetTailPosition(), position);
+    } else {
+      ASSERT_EQ(list.RemoveHead(), model.front());
+      model.pop_front();
+    }
+    ASSERT_EQ(list.GetCount(), static_cast<int>(model.size()));
+    ASSERT_EQ(list.IsEmpty(), model.empty());
+    const std::vector<CObject*> objects = walk(list);
+    ASSERT_TRUE(std::equal(objects.begin(), objects.end(), model.begin(), model.end()));
+  }
+  list.RemoveAll();
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(list.GetHeadPosition(), nullptr);
+  EXPECT_EQ(list.GetTailPosition(), nullptr);
+  list.RemoveAll();
+  EXPECT_NE(list.AddTail(nullptr), nullptr);
+  EXPECT_EQ(walk(list), std::vector<CObject*>{nullptr});
+}
+INSTANTIATE_TEST_SUITE_P(BlockSizes, ObListTest, testing::Values(1, 2, 10, 1000, 0, -5));
+
+TEST(ObListPositionTest, StaysValidUntilItsNodeGoes) {
+  Item items[4];
+  CObList list(2);
+  list.AddTail(&items[0]);
+  const POSITION second = list.AddTail(&items[1]);
+  list.AddTail(&items[2]);
+  list.RemoveHead();
+  list.AddTail(&items[3]);
+  EXPECT_EQ(list.GetHeadPosition(), second);
+  EXPECT_EQ(list.GetAt(second), &items[1]);
+}
+
+TEST(ObListPositionTest, NullIsRefused) {
+  CObList list;
+  POSITION none = nullptr;
+  EXPECT_TRUE(throws<CInvalidArgException>([&] { list.GetAt(none); }));
+  EXPECT_TRUE(throws<CInvalidArgException>([&] { list.GetNext(none); }));
+}
+
+#ifndef _WIN32
+
+TEST(ObListMemoryTest, TakesBlocksAndStaysAsItIsWithoutOne) {
+  Item items[5];
+  std::uint64_t allocations;
+  CObList list(2);
+  {
+    support::AllocFault fault(0);
+    for (int i = 0; i < 4; ++i) {
+      list.AddTail(&items[i]);
+    }
+    list.AddTail(list.RemoveHead());  // a node that is taken again
+    allocations = fault.allocations();
+  }
+  EXPECT_EQ(allocations, 2u);
+  const std::vector<CObject*> before = walk(list);
+  bool thrown;
+  {
+    support::AllocFault fault(1);
+    thrown = throws<CMemoryException>([&] { list.AddTail(&items[4]); });
+  }
+  EXPECT_TRUE(thrown);
+  EXPECT_EQ(walk(list), before);
+  list.AddTail(&items[4]);
+  EXPECT_EQ(list.GetCount(), 5);
+}
+
+#endif
+
+}  // namespace
+}  // namespace afxtest

@@ -1,0 +1,100 @@
+/// The proof of the wipe promise: what it works on, and how each piece of it runs.
+#ifndef WIPEPROOF_PROOF_H
+#define WIPEPROOF_PROOF_H
+
+#include <gtest/gtest.h>
+
+#include <iosfwd>
+
+#include <support/machinetest.h>
+#include <memoryscan/memoryscan.h>
+#include <vlhostkit/securelist.h>
+#include <vlhostkit/securestring.h>
+
+#include "heapwatch.h"
+
+namespace wipeproof {
+
+/// False in the control program, whose library is built with a wipe that does nothing: there each piece of the proof
+/// must find the copies whose absence it asserts elsewhere.
+#ifdef WIPEPROOF_CONTROL
+inline constexpr bool kWipes = false;
+#else
+inline constexpr bool kWipes = true;
+#endif
+
+/// Whether the platform zeroes what it releases itself, as the stand-in does. Then only Windows shows what the library
+/// does before a release, and elsewhere the proof is in the buffers that are wiped and kept.
+#ifdef _WIN32
+inline constexpr bool kPlatformWipes = false;
+#else
+inline constexpr bool kPlatformWipes = true;
+#endif
+
+/// A string resource of the program: a text that is longer than the secret, with "%s" in it. And one that is not there.
+inline constexpr UINT kTextId = 101;
+inline constexpr UINT kMissingId = 102;
+
+/// What an operation is given: a secret, and questions to ask on the way. Only one program text of the operation is
+/// needed for all proofs, since the questions are asked by some of them only.
+class Stage {
+ public:
+  enum class Questions { asked, notAsked };
+
+  Stage(const memoryscan::Secret& secret, Questions questions) : secret_(secret), asked_(questions == Questions::asked) {}
+
+  const memoryscan::Secret& secret() const { return secret_; }
+
+  /// Asserts that the secret is found now: an object of the operation holds it. The caller's own copies have ended.
+  void expectAlive() const;
+  /// Asserts that it is not, although the objects that held it are alive.
+  void expectGone() const;
+
+ private:
+  const memoryscan::Secret& secret_;
+  bool asked_;
+};
+
+/// A string of the secret. The caller's copy has ended.
+inline CSecStr wideSecret(const Stage& stage) {
+  return CSecStr(memoryscan::Revealed<wchar_t>(stage.secret()).get());
+}
+inline CSecStrA narrowSecret(const Stage& stage) {
+  return CSecStrA(memoryscan::Revealed<char>(stage.secret()).get());
+}
+
+/// Does one thing with a secret, and ends all objects that it made.
+struct Operation {
+  const char* name;
+  void (*run)(const Stage& stage);
+  /// Which blocks other than the buffers of string cores it promises to zero, whole.
+  enum class Blocks { some, all } zeroed = Blocks::some;
+  /// Who has the memory: the heap, or the platform, whose allocations are not watched.
+  enum class Memory { ofHeap, ofPlatform } memory = Memory::ofHeap;
+};
+void PrintTo(const Operation& operation, std::ostream* out);
+
+class WipeProof : public support::MachineTest, public testing::WithParamInterface<Operation> {
+ protected:
+  void SetUp() override;
+};
+
+/// Moves the text of a string to a larger buffer.
+template <class String>
+struct Growth {
+  const char* name;
+  void (*run)(String& text);
+};
+template <class String>
+void PrintTo(const Growth<String>& growth, std::ostream* out) {
+  *out << growth.name;
+}
+
+inline constexpr auto kNameOf = [](const auto& info) { return info.param.name; };
+
+/// Overwrites what ended calls have left on the stack, then expects no copy (in the control program: a copy).
+void expectNoCopy(const memoryscan::Secret& secret);
+
+}  // namespace wipeproof
+
+#endif
