@@ -36,19 +36,6 @@ TEST_F(SecureTextFaults, ReplacesInLargeTexts) {
   }
 }
 
-TEST_F(SecureTextFaults, WorkOfReplaceGrowsWithTheHits) {
-  const auto calls = [this](int hits) {
-    CSecStr string(sample(hits, L"").text.c_str());
-    faults().watch();
-    string.Replace(L"ab", L"longer");
-    EXPECT_EQ(faults().calls("memmove_s"), 0u);
-    return faults().calls();
-  };
-  const std::uint64_t some = calls(1000);
-  EXPECT_GE(some, 1000u);
-  EXPECT_LE(calls(2000), 2 * some);
-}
-
 TEST_F(SecureTextFaults, ResourceThatCannotBeReadLeavesTheText) {
   machine().strings().set(nullptr, IDS_PLAIN, L"loaded");
   CSecStr string(L"secret");

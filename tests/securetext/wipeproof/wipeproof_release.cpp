@@ -147,7 +147,6 @@ const Operation kAutomation[] = {
        vlSysFreeString(text, FALSE);
        txlogSetSink(nullptr, nullptr, 0);
        EXPECT_EQ(records, 3);
-       stage.expectGone();
      },
      Operation::Blocks::some, kPlatforms},
     {"WipeString",
