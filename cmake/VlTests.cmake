@@ -83,7 +83,11 @@ function(vl_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
   add_executable(${name} ${ARG_SOURCES})
   vl_target_defaults(${name})
-  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} vlhostkitu vl_test_watchdog vl_test_support GTest::gtest_main)
+  # A program with the library's objects in it has no need of the library, whose data it would have twice.
+  if(NOT vlhostkitu_objects IN_LIST ARG_LIBRARIES)
+    list(APPEND ARG_LIBRARIES vlhostkitu)
+  endif()
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} vl_test_watchdog vl_test_support GTest::gtest_main)
   vl_add_test_run(${name} EXECUTABLE ${name} ENVIRONMENT ${ARG_ENVIRONMENT})
 endfunction()
 

@@ -20,7 +20,7 @@ struct Blocks {
     const void* memory;
     std::size_t bytes;
   };
-  Block taken[kMost];
+  Block taken[kMost]{};
   std::size_t count = 0;
   int released = 0;
   int dirty = 0;
@@ -43,7 +43,7 @@ struct Blocks {
     }
   }
 };
-Blocks blocks;
+constinit Blocks blocks;
 
 }  // namespace
 
