@@ -18,7 +18,7 @@ if(WIN32)
   list(APPEND VL_TEST_ENVIRONMENT "WINEPREFIX=${PROJECT_BINARY_DIR}/wine-prefix" WINEDEBUG=-all
     WINEDLLOVERRIDES=winedbg.exe=d)
 elseif(VLHOSTKIT_SANITIZE MATCHES "thread")
-  list(APPEND VL_TEST_ENVIRONMENT TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1)
+  list(APPEND VL_TEST_ENVIRONMENT TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:allocator_may_return_null=1)
 elseif(VLHOSTKIT_SANITIZE)
   list(APPEND VL_TEST_ENVIRONMENT
     ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1:allocator_may_return_null=1
