@@ -121,7 +121,6 @@ const Growth<CSecStrA> kGrowth[] = {
     {"GetBuffer", [](CSecStrA& text) { text.GetBuffer(500); }},
     {"Append", [](CSecStrA& text) { text.Append(kLong, 60); }},
     {"Insert", [](CSecStrA& text) { text.Insert(4, kLong); }},
-    {"AssignString", [](CSecStrA& text) { text = CSecStrA(kLong); }},
     {"AssignWide",
      [](CSecStrA& text) {
        CSecStr wide(kLong, 60);

@@ -321,6 +321,7 @@ TEST_P(WideGrowth, FindsZerosInTheBufferThatItLeaves) {
   EXPECT_EQ(watch.zeroBeforeItMoved(), kWipes);
 }
 
+// The members that build the new text in the object's own buffer.
 const Growth<CSecStr> kGrowth[] = {
     {"GetBuffer", [](CSecStr& text) { text.GetBuffer(500); }},
     {"AddCharacters",
@@ -329,8 +330,6 @@ const Growth<CSecStr> kGrowth[] = {
          text += L'x';
        }
      }},
-    {"AddString", [](CSecStr& text) { text += text; }},
-    {"AddText", [](CSecStr& text) { text += kLong; }},
     {"InsertText", [](CSecStr& text) { text.Insert(4, kLong); }},
     {"InsertCharacters",
      [](CSecStr& text) {
@@ -340,12 +339,6 @@ const Growth<CSecStr> kGrowth[] = {
      }},
     {"Append", [](CSecStr& text) { text.Append(kLong); }},
     {"AppendCounted", [](CSecStr& text) { text.Append(kLong, 60); }},
-    {"AssignText", [](CSecStr& text) { text = kLong; }},
-    {"AssignString", [](CSecStr& text) { text = CSecStr(kLong); }},
-    {"AssignNarrow", [](CSecStr& text) { text = std::string(100, 'x').c_str(); }},
-    {"SetString", [](CSecStr& text) { text.SetString(kLong, 60); }},
-    {"Replace", [](CSecStr& text) { text.Replace(CSecStr(text.GetAt(3)).GetString(), kLong); }},
-    {"Format", [](CSecStr& text) { text.Format(L"%s%s", text.GetString(), kLong); }},
     {"LoadString", [](CSecStr& text) { EXPECT_NE(text.LoadStringW(nullptr, kTextId), 0); }},
 };
 INSTANTIATE_TEST_SUITE_P(, WideGrowth, testing::ValuesIn(kGrowth), kNameOf);
