@@ -114,16 +114,5 @@ TEST(WideStringTest, TrimsBlanksOfUnicode) {
   EXPECT_EQ(text(core.TrimLeft().TrimRight()), L"x\u200b");
 }
 
-TEST(WideStringTest, NarrowFormAndBack) {
-  const wchar_t* const original = L"Gr\u00fc\u00dfe, caf\u00e9";
-  CStringT<char> narrow;
-  narrow = original;
-  EXPECT_GE(narrow.GetLength(), 11);
-  EXPECT_EQ(narrow.GetString()[narrow.GetLength()], '\0');
-  CStringT<wchar_t> wide;
-  wide = narrow.GetString();
-  EXPECT_EQ(text(wide), original);
-}
-
 }  // namespace
 }  // namespace afxtest

@@ -57,38 +57,23 @@ TYPED_TEST(BoundedCopy, RefusesWhatIsInvalid) {
 }
 
 TEST_F(BoundedText, MemoryCopies) {
-  using Copy = errno_t (*)(void*, rsize_t, const void*, rsize_t);
-  const struct {
-    Copy call;
-    const char* name;
-    std::string afterRefusal;
-  } functions[] = {{&memcpy_s, "memcpy_s", std::string(4, '\0')}, {&memmove_s, "memmove_s", "wxyz"}};
-  for (const auto& [call, name, afterRefusal] : functions) {
-    const struct {
-      bool target;
-      const char* source;
-      rsize_t count;
-      errno_t result;
-      std::string after;
-    } rows[] = {
-        {true, "abcd", 4, 0, "abcd"},
-        {true, "abcd", 2, 0, "abyz"},
-        {false, nullptr, 0, 0, ""},
-        {false, "a", 1, EINVAL, ""},
-        {true, nullptr, 1, EINVAL, afterRefusal},
-        {true, "abcdef", 5, ERANGE, afterRefusal},
-    };
-    for (const auto& row : rows) {
-      std::string buffer = "wxyz";
-      char* const target = row.target ? buffer.data() : nullptr;
-      EXPECT_TRUE(
-          invalid_.after([&, copy = call] { return copy(target, 4, row.source, row.count); }, row.result, row.result))
-          << name << " of " << row.count;
-      if (row.target) {
-        EXPECT_EQ(buffer, row.after) << name << " of " << row.count;
-      }
-    }
-  }
+  const auto expectCopy = [this](const char* source, rsize_t count, errno_t result, const std::string& copied,
+                                 const std::string& moved) {
+    std::string buffer = "wxyz";
+    EXPECT_TRUE(invalid_.after([&] { return memcpy_s(buffer.data(), 4, source, count); }, result, result)) << count;
+    EXPECT_EQ(buffer, copied) << count;
+    buffer = "wxyz";
+    EXPECT_TRUE(invalid_.after([&] { return memmove_s(buffer.data(), 4, source, count); }, result, result)) << count;
+    EXPECT_EQ(buffer, moved) << count;
+  };
+  const std::string zeros(4, '\0');
+  expectCopy("abcd", 4, 0, "abcd", "abcd");
+  expectCopy("abcd", 2, 0, "abyz", "abyz");
+  expectCopy(nullptr, 0, 0, "wxyz", "wxyz");
+  expectCopy(nullptr, 1, EINVAL, zeros, "wxyz");
+  expectCopy("abcdef", 5, ERANGE, zeros, "wxyz");
+  EXPECT_TRUE(invalid_.after([] { return memcpy_s(nullptr, 4, "a", 1); }, EINVAL, EINVAL));
+  EXPECT_TRUE(invalid_.after([] { return memmove_s(nullptr, 4, "a", 1); }, EINVAL, EINVAL));
   char overlapping[] = "abcdef";
   EXPECT_EQ(memmove_s(overlapping + 1, 5, overlapping, 4), 0);
   EXPECT_STREQ(overlapping, "aabcdf");

@@ -58,16 +58,6 @@ TYPED_TEST(MemoryScanTest, FindsAWindowAtAnyPlaceButNothingShorter) {
   }
 }
 
-TEST(MemoryScan, FindsTheTextInEitherCase) {
-  const Secret secret;
-  Revealed<char> text(secret);
-  for (char* c = text.get(); *c != '\0'; ++c) {
-    *c = static_cast<char>(std::isupper(static_cast<unsigned char>(*c)) ? std::tolower(static_cast<unsigned char>(*c))
-                                                                        : std::toupper(static_cast<unsigned char>(*c)));
-  }
-  EXPECT_TRUE(secret.isIn(text.get(), Secret::kLength));
-}
-
 // A frame that ends without wiping, deep enough for the search not to overwrite it.
 [[gnu::noinline]] void leaveOnStack(const Secret& secret) {
   wchar_t text[16 * 1024];
