@@ -12,6 +12,7 @@ void Machine::reset() {
   clock_.reset();
   modules_.reset();
   strings_.reset();
+  registry_.reset();
 }
 
 }  // namespace vlplatform

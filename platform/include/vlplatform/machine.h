@@ -8,6 +8,7 @@
 #include <vlplatform/machine/counters.h>
 #include <vlplatform/machine/faults.h>
 #include <vlplatform/machine/modules.h>
+#include <vlplatform/machine/registry.h>
 #include <vlplatform/machine/strings.h>
 
 namespace vlplatform {
@@ -22,6 +23,7 @@ class Machine {
   Clock& clock() { return clock_; }
   Modules& modules() { return modules_; }
   Strings& strings() { return strings_; }
+  Registry& registry() { return registry_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -34,6 +36,7 @@ class Machine {
   Clock clock_;
   Modules modules_;
   Strings strings_;
+  Registry registry_;
 };
 
 inline Machine& machine() {

@@ -7,6 +7,7 @@
 #include <vlplatform/errors.h>
 #include <vlplatform/modules.h>
 #include <vlplatform/oleauto.h>
+#include <vlplatform/registry.h>
 #include <vlplatform/resources.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>

@@ -11,7 +11,7 @@
 
 namespace vlplatform {
 
-enum class Resource : std::uint8_t { moduleReference, safeArray, automationString, count_ };
+enum class Resource : std::uint8_t { moduleReference, safeArray, automationString, registryKey, count_ };
 
 class Counters {
  public:
@@ -22,7 +22,7 @@ class Counters {
     return slots_[static_cast<std::size_t>(resource)].load(std::memory_order_relaxed);
   }
   static constexpr const char* name(Resource resource) {
-    constexpr const char* kNames[] = {"module reference", "SAFEARRAY", "BSTR"};
+    constexpr const char* kNames[] = {"module reference", "SAFEARRAY", "BSTR", "registry key"};
     return kNames[static_cast<std::size_t>(resource)];
   }
 
