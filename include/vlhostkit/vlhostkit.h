@@ -2,6 +2,7 @@
 #ifndef VLHOSTKIT_VLHOSTKIT_H
 #define VLHOSTKIT_VLHOSTKIT_H
 
+#include <vlhostkit/registry.h>
 #include <vlhostkit/securetext.h>
 #include <vlhostkit/timetext.h>
 #include <vlhostkit/types.h>

@@ -44,6 +44,9 @@ class Handle {
 /// A module loaded for one call.
 using Module = Handle<HMODULE, &FreeLibrary>;
 
+/// An open registry key.
+using RegistryKey = Handle<HKEY, &RegCloseKey>;
+
 /// The entry point `name` of `module` as a function of type `Function`, null if there is none.
 template <class Function>
 Function entryPoint(const Module& module, const char* name) {

@@ -1,0 +1,114 @@
+// Every platform call of every function fails, one after the other. Native only.
+#include <support/entrypoints.h>
+
+#include "fixture.h"
+
+namespace registry {
+namespace {
+
+using vlplatform::FaultSpan;
+
+LONG deleteKeyEx(HKEY key, LPCWSTR path, REGSAM view, DWORD) {
+  return RegDeleteKeyExW(key, path, view, 0);
+}
+
+// What is called, and whether what it was to do has happened then, with which the result must agree.
+struct Operation {
+  std::function<int(const wchar_t* key)> call;
+  std::function<bool()> done;
+};
+
+class Sweep : public RegistryTest {
+ protected:
+  std::vector<Operation> operations() {
+    const auto sized = [this](auto function, const wchar_t* value) {
+      return Operation{[=, this](auto key) { return function(kRoot, key, value, nullptr, &number, 0); },
+                       [this] { return number != 77; }};
+    };
+    const auto gone = [] { return !Key(path()); };
+    return {
+        {[this](auto key) { return vlRegReadDWORDValueExW(kRoot, key, L"d", &number, 0); },
+         [this] { return number == 1; }},
+        {[this](auto key) { return vlRegReadDWORDValueExA(kRoot, narrow(key).c_str(), "d", &number, 0); },
+         [this] { return number == 1; }},
+        sized(vlRegReadStringValueExW, L"s"),
+        sized(vlRegReadMultiStringValueExW, L"m"),
+        sized(vlRegReadBinaryValueEx, L"b"),
+        {[this](auto key) { return vlRegReadValueEx(kRoot, key, L"d", &type, nullptr, &number, 0); },
+         [this] { return number != 77; }},
+        {[](auto key) { return vlRegWriteDWORDValueEx(kRoot, key, L"new", 1, 0); },
+         [] { return Key(path()).stored(L"new").has_value(); }},
+        {[this](auto key) { return vlRegListValueNamesEx(kRoot, key, entries, &count, ~0u, 0); },
+         [this] { return entries[0].dwType != 77; }},
+        {[this](auto key) { return vlRegListKeysEx(kRoot, key, nullptr, &count, 0); }, [this] { return count != 9; }},
+        {[](auto key) { return vlRegDeleteValue(kRoot, key, L"d", 0); },
+         [] { return !Key(path()).stored(L"d").has_value(); }},
+        {[](auto key) { return vlRegDeleteKey(kRoot, key, true, KEY_WOW64_64KEY); }, gone},
+        {[](auto key) { return vlRegDeleteSubKey(kRoot, key, 0, true); }, gone}};
+  }
+  static std::string narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
+  void prepare() {
+    const Key key = Key::create(path());
+    key.set(L"d", REG_DWORD, {1, 0, 0, 0});
+    key.set(L"s", REG_SZ, bytesOf(L"s\0"sv));
+    key.set(L"m", REG_MULTI_SZ, bytesOf(L"m\0\0"sv));
+    key.set(L"b", REG_BINARY, {1});
+    RegDeleteValueW(key.get(), L"new");
+    create(L"a\\b");
+    create(L"c");
+    number = entries[0].dwType = 77;
+    count = 9;
+    log.take();
+  }
+
+  DWORD number = 0, type = 0;
+  int count = 0;
+  RegValueEntry entries[9];
+};
+
+TEST_F(Sweep, ResultsAgreeWithWhatWasDone) {
+  int reached = 0;
+  const std::string notDecisive = "RegCloseKey FreeLibrary wcscpy_s";
+  for (const bool found : {false, true}) {
+    const auto address = found ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&deleteKeyEx)) : nullptr;
+    const support::EntryPoints points(L"Advapi32.dll", {{"RegDeleteKeyEx", address}});
+    const auto all = operations();
+    for (std::size_t i = 0; i < 2 * all.size(); ++i) {
+      const FaultSpan span = i % 2 == 0 ? FaultSpan::once : FaultSpan::forEver;
+      std::string failed = "none";
+      for (std::uint64_t n = 1; !failed.empty(); ++n) {
+        prepare();
+        faults().watch();
+        faults().failAny(n, span, 4321);
+        const int result = all[i / 2].call(path().c_str());
+        failed = faults().callName(n);
+        faults().reset();
+        SCOPED_TRACE(testing::Message() << "operation " << i / 2 << ", call " << n << " " << failed);
+        EXPECT_EQ(result, all[i / 2].done() ? 0 : -1);
+        EXPECT_TRUE(result == 0 || span == FaultSpan::forEver || notDecisive.find(failed) == std::string::npos);
+        EXPECT_TRUE(log.records().back().text.ends_with(L" : ret=(" + std::to_wstring(result) + L")"));
+        expectNothingOpen();
+        reached += !failed.empty();
+      }
+    }
+  }
+  RecordProperty("faults", reached);
+  EXPECT_GT(reached, 250);
+}
+
+// A count ends although the platform fails at every index; what can't be read is counted while something follows.
+TEST_F(Sweep, AnEndlessCountEnds) {
+  prepare();
+  faults().watch();
+  faults().fail("RegEnumValueW", 3, FaultSpan::forEver);
+  EXPECT_EQ(vlRegListValueNames(kRoot, path().c_str(), nullptr, &count, 0), 0);
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(faults().calls("RegEnumValueW"), 2u + 0x10000);
+  faults().watch();
+  faults().fail("RegEnumValueW", 2);
+  EXPECT_EQ(vlRegListValueNames(kRoot, path().c_str(), nullptr, &count, 0), 0);
+  EXPECT_EQ(count, 4);
+}
+
+}  // namespace
+}  // namespace registry
