@@ -6,12 +6,24 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include <vlplatform/basetypes.h>
 
 namespace vlplatform {
 
-enum class Resource : std::uint8_t { moduleReference, safeArray, automationString, count_ };
+enum class Resource : std::uint8_t {
+  moduleReference,
+  safeArray,
+  automationString,
+  token,
+  policy,
+  heapBlock,
+  localBlock,
+  lsaBlock,
+  sessionBlock,
+  count_
+};
 
 class Counters {
  public:
@@ -22,7 +34,11 @@ class Counters {
     return slots_[static_cast<std::size_t>(resource)].load(std::memory_order_relaxed);
   }
   static constexpr const char* name(Resource resource) {
-    constexpr const char* kNames[] = {"module reference", "SAFEARRAY", "BSTR"};
+    constexpr const char* kNames[] = {
+        "module reference", "SAFEARRAY",   "BSTR",      "token",         "LSA policy",
+        "heap block",       "local block", "LSA block", "session block",
+    };
+    static_assert(std::size(kNames) == static_cast<std::size_t>(Resource::count_));
     return kNames[static_cast<std::size_t>(resource)];
   }
 
