@@ -17,6 +17,7 @@ void Machine::reset() {
   network_.reset();
   drives_.reset();
   environment_.reset();
+  registry_.reset();
 }
 
 }  // namespace vlplatform

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include <vlplatform/registry.h>
 #include <vlplatform/time.h>
 #include <vlplatform/utf8.h>
 
@@ -132,6 +133,8 @@ void Modules::reset() {
       return false;
     });
   }
+  // As on the platform, without the names that lack the width letter.
+  add(L"Advapi32.dll", {{"RegDeleteKeyExW", entry(&::RegDeleteKeyExW)}, {"RegDeleteTreeW", entry(&::RegDeleteTreeW)}});
   add(L"kernel32.dll", {{"TzSpecificLocalTimeToSystemTime", entry(&::TzSpecificLocalTimeToSystemTime)}});
 }
 
@@ -147,6 +150,15 @@ void Modules::remove(std::wstring_view module) {
   const std::lock_guard lock(state_->mutex);
   if (HINSTANCE__* const record = state_->record(module)) {
     record->kind = HINSTANCE__::Kind::removed;
+  }
+}
+
+void Modules::addEntryPoint(std::wstring_view module, const char* entryPoint, FARPROC address) {
+  removeEntryPoint(module, entryPoint);
+  const std::lock_guard lock(state_->mutex);
+  HINSTANCE__* const record = state_->byName(module);
+  if (record != nullptr && record->kind == HINSTANCE__::Kind::table) {
+    record->entryPoints.emplace_back(entryPoint, address);
   }
 }
 

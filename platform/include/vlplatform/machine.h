@@ -12,6 +12,7 @@
 #include <vlplatform/machine/faults.h>
 #include <vlplatform/machine/modules.h>
 #include <vlplatform/machine/network.h>
+#include <vlplatform/machine/registry.h>
 #include <vlplatform/machine/sessions.h>
 #include <vlplatform/machine/strings.h>
 
@@ -32,6 +33,7 @@ class Machine {
   Network& network() { return network_; }
   Drives& drives() { return drives_; }
   Environment& environment() { return environment_; }
+  Registry& registry() { return registry_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -49,6 +51,7 @@ class Machine {
   Network network_;
   Drives drives_;
   Environment environment_;
+  Registry registry_;
 };
 
 inline Machine& machine() {

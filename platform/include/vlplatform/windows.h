@@ -10,6 +10,7 @@
 #include <vlplatform/modules.h>
 #include <vlplatform/network.h>
 #include <vlplatform/oleauto.h>
+#include <vlplatform/registry.h>
 #include <vlplatform/resources.h>
 #include <vlplatform/security.h>
 #include <vlplatform/sessions.h>

@@ -22,6 +22,7 @@ enum class Resource : std::uint8_t {
   localBlock,
   lsaBlock,
   sessionBlock,
+  registryKey,
   count_
 };
 
@@ -36,7 +37,7 @@ class Counters {
   static constexpr const char* name(Resource resource) {
     constexpr const char* kNames[] = {
         "module reference", "SAFEARRAY",   "BSTR",      "token",         "LSA policy",
-        "heap block",       "local block", "LSA block", "session block",
+        "heap block",       "local block", "LSA block", "session block", "registry key",
     };
     static_assert(std::size(kNames) == static_cast<std::size_t>(Resource::count_));
     return kNames[static_cast<std::size_t>(resource)];

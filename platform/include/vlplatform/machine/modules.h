@@ -28,6 +28,9 @@ class VLPLATFORM_API Modules {
   void add(std::wstring_view module, std::initializer_list<EntryPoint> entryPoints);
   /// LoadLibraryW no longer finds this module, sibling libraries included.
   void remove(std::wstring_view module);
+  /// GetProcAddress finds this entry point of a module of the table, in place of one of that name. Nothing happens if
+  /// there is no such module.
+  void addEntryPoint(std::wstring_view module, const char* entryPoint, FARPROC address);
   /// GetProcAddress no longer finds this entry point.
   void removeEntryPoint(std::wstring_view module, std::string_view entryPoint);
   /// References that callers hold on a module of the table or a sibling.
