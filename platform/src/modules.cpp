@@ -10,10 +10,12 @@
 #include <string>
 #include <vector>
 
+#include <vlplatform/lsa.h>
+#include <vlplatform/network.h>
 #include <vlplatform/time.h>
-#include <vlplatform/utf8.h>
 
 #include "gate.h"
+#include "unicode.h"
 
 // A module handle points to its record.
 struct HINSTANCE__ {
@@ -33,20 +35,6 @@ namespace {
 template <class Function>
 FARPROC entry(Function* function) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
-}
-
-bool sameName(std::wstring_view a, std::wstring_view b) {
-  const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](wchar_t x, wchar_t y) { return lower(x) == lower(y); });
-}
-
-std::string toUtf8(std::wstring_view text) {
-  std::string out;
-  char bytes[utf8::kMaxLength];
-  for (const wchar_t c : text) {
-    out.append(bytes, static_cast<std::size_t>(utf8::encode(static_cast<char32_t>(c), bytes)));
-  }
-  return out;
 }
 
 std::string folderOfProgram() {
@@ -133,6 +121,13 @@ void Modules::reset() {
     });
   }
   add(L"kernel32.dll", {{"TzSpecificLocalTimeToSystemTime", entry(&::TzSpecificLocalTimeToSystemTime)}});
+  add(L"advapi32.dll", {
+                           {"LsaLookupNames2", entry(&::LsaLookupNames2)},
+                       });
+  add(L"secur32.dll", {
+                          {"TranslateNameW", entry(&::TranslateNameW)},
+                          {"TranslateNameA", entry(&::TranslateNameA)},
+                      });
 }
 
 void Modules::add(std::wstring_view module, std::initializer_list<EntryPoint> entryPoints) {
