@@ -475,6 +475,25 @@ int refuseFormat(errno_t code) {
   return -1;
 }
 
+int store(DWORD planned, wchar_t* buffer, std::size_t size, const wchar_t* format, std::va_list arguments) {
+  if (buffer == nullptr || size == 0) {
+    return refuseFormat(EINVAL);
+  }
+  if (planned != ERROR_SUCCESS || format == nullptr) {
+    *buffer = L'\0';
+    return refuseFormat(EINVAL);
+  }
+  Output output(buffer, size);
+  const bool valid = Formatter(output, arguments).run(format);
+  if (valid && output.size() < size && output.size() <= INT_MAX) {
+    buffer[output.size()] = L'\0';
+    return static_cast<int>(output.size());
+  }
+  VL::Framework::wipe(buffer, output.stored() * sizeof(wchar_t));
+  *buffer = L'\0';
+  return refuseFormat(valid ? ERANGE : EINVAL);
+}
+
 }  // namespace
 }  // namespace vlplatform
 
@@ -492,21 +511,13 @@ int _vscwprintf(const wchar_t* format, std::va_list arguments) {
 }
 
 int vswprintf_s(wchar_t* buffer, std::size_t size, const wchar_t* format, std::va_list arguments) {
-  const bool planned = gate("vswprintf_s") != ERROR_SUCCESS;
-  if (buffer == nullptr || size == 0) {
-    return refuseFormat(EINVAL);
-  }
-  if (planned || format == nullptr) {
-    *buffer = L'\0';
-    return refuseFormat(EINVAL);
-  }
-  Output output(buffer, size);
-  const bool valid = Formatter(output, arguments).run(format);
-  if (valid && output.size() < size && output.size() <= INT_MAX) {
-    buffer[output.size()] = L'\0';
-    return static_cast<int>(output.size());
-  }
-  VL::Framework::wipe(buffer, output.stored() * sizeof(wchar_t));
-  *buffer = L'\0';
-  return refuseFormat(valid ? ERANGE : EINVAL);
+  return store(gate("vswprintf_s"), buffer, size, format, arguments);
+}
+
+int swprintf_s(wchar_t* buffer, std::size_t size, const wchar_t* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int result = store(gate("swprintf_s"), buffer, size, format, arguments);
+  va_end(arguments);
+  return result;
 }

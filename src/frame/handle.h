@@ -50,6 +50,7 @@ class Handle {
 /// A module loaded for one call.
 using Module = Handle<HMODULE, &FreeLibrary>;
 
+/// What is opened and closed.
 using RegistryKey = Handle<HKEY, &RegCloseKey>;
 using Token = Handle<HANDLE, &CloseHandle>;
 using Policy = Handle<LSA_HANDLE, &LsaClose>;
