@@ -41,3 +41,19 @@ build() {
   fi
   quietly "build/$preset/build.log" cmake --build "build/$preset" -j "$jobs" ${1:+--target "$@"}
 }
+
+# run_in_wine PRESET PROGRAM [ARG...]: runs a program of build/PRESET and ends with its exit code.
+run_in_wine() {
+  local preset=$1 program=$2 status=0
+  shift 2
+  export WINEPREFIX=$root/build/$preset/wine-prefix WINEDEBUG=-all WINEDLLOVERRIDES=winedbg.exe=d
+  mkdir -p "$WINEPREFIX"
+  # Wine's services inherit the output of whoever starts them and would keep a pipe open that somebody reads. So they
+  # are started first, without it. A server that is running already belongs to a test run and stays.
+  if "$wine_server" -p >/dev/null 2>&1 </dev/null; then
+    trap '"$wine_server" -k >/dev/null 2>&1 </dev/null || true' EXIT
+  fi
+  "$wine_loader" wineboot -i >/dev/null 2>&1 </dev/null
+  "$wine_loader" "$root/build/$preset/bin/$program.exe" "$@" || status=$?
+  return "$status"
+}

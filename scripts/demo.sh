@@ -40,14 +40,4 @@ if [[ $target == native ]]; then
   exec "$root/build/native/bin/hostkit" "${arguments[@]}"
 fi
 
-export WINEPREFIX=$root/build/windows/wine-prefix WINEDEBUG=-all WINEDLLOVERRIDES=winedbg.exe=d
-mkdir -p "$WINEPREFIX"
-# Wine's services inherit the output of whoever starts them and would keep a pipe open that somebody reads. So they
-# are started first, without it. A server that is running already belongs to a test run and stays.
-if "$wine_server" -p >/dev/null 2>&1 </dev/null; then
-  trap '"$wine_server" -k >/dev/null 2>&1 </dev/null || true' EXIT
-fi
-"$wine_loader" wineboot -i >/dev/null 2>&1 </dev/null
-status=0
-"$wine_loader" "$root/build/windows/bin/hostkit.exe" "${arguments[@]}" || status=$?
-exit "$status"
+run_in_wine windows hostkit "${arguments[@]}"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <string>
@@ -21,8 +22,8 @@ constexpr EmptyBuffer kEmpty{{nullptr, 0, 0, -1}, L'\0'};
 static_assert(offsetof(EmptyBuffer, terminator) == sizeof(CStringData));
 
 template <class Char>
-constexpr std::uint64_t blockBytes(std::int64_t capacity) {
-  return sizeof(CStringData) + (static_cast<std::uint64_t>(capacity) + 1) * sizeof(Char);
+constexpr std::uint64_t blockBytes(std::uint64_t capacity) {
+  return sizeof(CStringData) + (capacity + 1) * sizeof(Char);
 }
 
 template <class Char>
@@ -36,26 +37,15 @@ template <class Char>
 CSimpleStringT<Char>::CSimpleStringT() noexcept : m_pszData(characters<Char>(&kEmpty.header)) {}
 
 template <class Char>
-CSimpleStringT<Char>::~CSimpleStringT() {
-  adopt(nullptr);
-}
-
-template <class Char>
-void CSimpleStringT<Char>::ReleaseBuffer(int n) {
+int CSimpleStringT<Char>::measure() const noexcept {
   const int capacity = GetAllocLength();
-  if (n == -1) {
-    const PCXSTR end = std::char_traits<Char>::find(m_pszData, static_cast<std::size_t>(capacity), Char());
-    n = end != nullptr ? static_cast<int>(end - m_pszData) : capacity;
-  }
-  ReleaseBufferSetLength(n);
+  const PCXSTR end = std::char_traits<Char>::find(m_pszData, static_cast<std::size_t>(capacity), Char());
+  return end != nullptr ? static_cast<int>(end - m_pszData) : capacity;
 }
 
 template <class Char>
-void CSimpleStringT<Char>::ReleaseBufferSetLength(int n) {
-  if (n < 0 || n > GetAllocLength()) {
-    AfxThrowInvalidArgException();
-  }
-  setLength(n);
+void CSimpleStringT<Char>::refuse() {
+  AfxThrowInvalidArgException();
 }
 
 template <class Char>
@@ -65,7 +55,7 @@ void CSimpleStringT<Char>::SetString(PCXSTR text, int length) {
   }
   if (length > GetAllocLength()) {
     CStringData* const block = larger(length);
-    std::char_traits<Char>::copy(characters<Char>(block), text, static_cast<std::size_t>(length));
+    std::memcpy(characters<Char>(block), text, static_cast<std::size_t>(length) * sizeof(Char));
     adopt(block);
   } else if (length != 0) {
     std::char_traits<Char>::move(m_pszData, text, static_cast<std::size_t>(length));
@@ -90,14 +80,6 @@ void CSimpleStringT<Char>::SetAt(int index, XCHAR character) {
 }
 
 template <class Char>
-void CSimpleStringT<Char>::setLength(int n) noexcept {
-  if (GetAllocLength() != 0) {
-    header()->nDataLength = n;
-    m_pszData[n] = Char();
-  }
-}
-
-template <class Char>
 void CSimpleStringT<Char>::grow(int n) {
   if (n < 0) {
     AfxThrowInvalidArgException();
@@ -111,10 +93,11 @@ void CSimpleStringT<Char>::grow(int n) {
 
 template <class Char>
 CStringData* CSimpleStringT<Char>::larger(int n) const {
-  constexpr std::int64_t kMost = std::numeric_limits<int>::max();
-  const std::int64_t present = GetAllocLength();
-  std::int64_t capacity = std::max<std::int64_t>(n, present + (present + 1) / 2);
-  capacity = std::min((capacity + 7) / 8 * 8, kMost);
+  // In unsigned 64-bit arithmetic, where no sum of two lengths overflows.
+  constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
+  const auto present = static_cast<std::uint64_t>(GetAllocLength());
+  std::uint64_t capacity = std::max(static_cast<std::uint64_t>(n), present + (present + 1) / 2);
+  capacity = std::min((capacity + 7) & ~std::uint64_t{7}, kMost);
   const std::uint64_t bytes = blockBytes<Char>(capacity);
   IStringManager* const manager = header()->nRefs > 0 ? header()->pStringMgr : AfxGetStringManager();
   void* const block = std::in_range<std::size_t>(bytes) ? manager->Allocate(static_cast<std::size_t>(bytes)) : nullptr;
@@ -127,10 +110,16 @@ CStringData* CSimpleStringT<Char>::larger(int n) const {
 template <class Char>
 void CSimpleStringT<Char>::adopt(CStringData* block) noexcept {
   CStringData* const former = header();
+  m_pszData = characters<Char>(block);
   if (former->nRefs > 0) {
-    former->pStringMgr->Free(former, static_cast<std::size_t>(blockBytes<Char>(former->nAllocLength)));
+    giveBack(former);
   }
-  m_pszData = characters<Char>(block != nullptr ? block : &kEmpty.header);
+}
+
+template <class Char>
+void CSimpleStringT<Char>::giveBack(CStringData* block) noexcept {
+  const auto capacity = static_cast<std::uint64_t>(block->nAllocLength);
+  block->pStringMgr->Free(block, static_cast<std::size_t>(blockBytes<Char>(capacity)));
 }
 
 template class CSimpleStringT<char>;

@@ -1,5 +1,6 @@
 #include <vlhostkit/registry.h>
 
+#include <algorithm>
 #include <cstddef>
 
 #include "registry/call.h"
@@ -19,11 +20,10 @@ class Name {
   // `read` is given the empty buffer and its capacity.
   template <class Read>
   DWORD fill(Read read) {
-    for (wchar_t& c : chars_) {
-      c = L'\0';
-    }
+    std::fill_n(chars_, used_, L'\0');
     DWORD size = Capacity;
     const DWORD code = static_cast<DWORD>(read(chars_, &size));
+    used_ = code == ERROR_SUCCESS ? std::min<std::size_t>(size, Capacity) : Capacity;
     if (code != ERROR_SUCCESS) {
       chars_[0] = L'\0';
     }
@@ -33,6 +33,7 @@ class Name {
 
  private:
   wchar_t chars_[Capacity];
+  std::size_t used_ = Capacity;  // what may be other than zero
 };
 
 // What is listed: a walk's present element, and what the two functions differ in.

@@ -20,25 +20,12 @@
 
 namespace vl {
 
-/// The secure string of a character type, which is also what temporaries are made of.
-template <class Char>
-struct SecureStringOf;
-template <>
-struct SecureStringOf<wchar_t> {
-  using Type = CSecStr;
-  static void copy(wchar_t* target, int size, const wchar_t* source) {
-    wcscpy_s(target, static_cast<std::size_t>(size), source);
-  }
-};
-template <>
-struct SecureStringOf<char> {
-  using Type = CSecStrA;
-  static void copy(char* target, int size, const char* source) {
-    strcpy_s(target, static_cast<std::size_t>(size), source);
-  }
-};
-template <class Char>
-using Temporary = typename SecureStringOf<Char>::Type;
+inline void copyText(wchar_t* target, int size, const wchar_t* source) {
+  wcscpy_s(target, static_cast<std::size_t>(size), source);
+}
+inline void copyText(char* target, int size, const char* source) {
+  strcpy_s(target, static_cast<std::size_t>(size), source);
+}
 
 template <class Char>
 std::size_t bytesOf(int chars) {
@@ -62,9 +49,14 @@ inline int checkedLength(std::int64_t chars) {
   return static_cast<int>(chars);
 }
 
+/// A text too long for a core can't be stored anywhere.
 template <class Char>
 int lengthOf(const Char* text) {
-  return text == nullptr ? 0 : static_cast<int>(std::char_traits<Char>::length(text));
+  const std::size_t length = text == nullptr ? 0 : std::char_traits<Char>::length(text);
+  if (length >= static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    ThrowHresult(kOutOfMemory);
+  }
+  return static_cast<int>(length);
 }
 
 /// An allocated length of 0 means that there is nothing to wipe: the buffer may be the one that all empty cores share.
@@ -76,6 +68,24 @@ void wipe(CStringT<Char>& core) {
     core.ReleaseBuffer(0);
   }
 }
+
+/// A text of a member's own, wiped at its end: a secure string without the block that its core takes there.
+template <class Char>
+class Temporary : public CStringT<Char> {
+ public:
+  Temporary() = default;
+  /// The constructors delegate, so that an exception ends a whole object. This one leaves room for one character more,
+  /// which is what replace() asks for.
+  explicit Temporary(const Char* text) : Temporary() {
+    if (const int length = lengthOf(text); length != 0) {
+      std::memcpy(this->GetBuffer(length + 1), text, bytesOf<Char>(length));
+      this->ReleaseBuffer(length);
+    }
+  }
+  explicit Temporary(const typename CStringT<Char>::YCHAR* text) : Temporary() { CStringT<Char>::operator=(text); }
+  Temporary(Temporary&& other) noexcept : Temporary() { this->swap(other); }
+  ~Temporary() { wipe<Char>(*this); }
+};
 
 /// A counted text with a terminator, in an array that is zeroed at its end. Empty for a length of 0.
 template <class Char>
@@ -112,13 +122,18 @@ class CountedText {
   std::unique_ptr<Char[]> chars_;
 };
 
-/// Wipes the core and gives it the text of `source`, a private copy.
+/// Wipes the core and gives it the text of `source`, a private copy that its owner wipes. A core that would have to
+/// grow takes the buffer of the copy and leaves its own, so that nothing is allocated where the copy has room for one
+/// character more.
 template <class Char>
-void replace(CStringT<Char>& core, const Temporary<Char>& source) {
+void replace(CStringT<Char>& core, CStringT<Char>&& source) {
   wipe(core);
   const int length = lengthOf(source.GetString());
-  Char* const buffer = core.GetBuffer(length + 1);
-  std::memcpy(buffer, source.GetString(), bytesOf<Char>(length));
+  if (core.GetAllocLength() <= length && source.GetAllocLength() > length) {
+    core.swap(source);
+  } else {
+    std::memcpy(core.GetBuffer(length + 1), source.GetString(), bytesOf<Char>(length));
+  }
   core.ReleaseBuffer(length);
 }
 
@@ -184,7 +199,7 @@ int insert(CStringT<Char>& core, int index, const Char* text) {
   const std::size_t bytes = checkedBytes<Char>(count);
   wipe(core);
   Char* const buffer = core.GetBuffer(whole);
-  SecureStringOf<Char>::copy(buffer, whole, saved.GetString());
+  copyText(buffer, whole, saved.GetString());
   fillBehind(buffer, saved.GetLength(), length);
   memmove_s(buffer + at + count, tail, buffer + at, tail);
   memcpy_s(buffer + at, room, inserted.GetString(), bytes);

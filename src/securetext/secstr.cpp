@@ -4,6 +4,7 @@
 #include "securetext/discipline.h"
 
 using vl::CountedText;
+using vl::Temporary;
 
 // The constructors delegate, so that an exception after the core is there ends a whole object: wiped and released.
 CSecStr::CSecStr() : m_pStr(new CStringT<wchar_t>) {}
@@ -41,25 +42,22 @@ CSecStr& CSecStr::operator=(const wchar_t* text) {
   if (text == nullptr) {
     Empty();
   } else {
-    vl::replace(*m_pStr, CSecStr(text));
+    vl::replace(*m_pStr, Temporary<wchar_t>(text));
   }
   return *this;
 }
 
 CSecStr& CSecStr::operator=(const CSecStr& other) {
-  vl::replace(*m_pStr, CSecStr(other));
+  vl::replace(*m_pStr, Temporary<wchar_t>(other.GetString()));
   return *this;
 }
 
 CSecStr& CSecStr::operator=(char* text) {
-  vl::replace(*m_pStr, CSecStr(text));
-  return *this;
+  return *this = static_cast<const char*>(text);
 }
 
 CSecStr& CSecStr::operator=(const char* text) {
-  CSecStr wide;
-  *wide.m_pStr = text;
-  vl::replace(*m_pStr, wide);
+  vl::replace(*m_pStr, Temporary<wchar_t>(text));
   return *this;
 }
 

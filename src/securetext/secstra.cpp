@@ -1,9 +1,12 @@
 // CSecStrA.
 #include <vlhostkit/securestring.h>
 
+#include <utility>
+
 #include "securetext/discipline.h"
 
 using vl::CountedText;
+using vl::Temporary;
 
 // As in CSecStr, the constructors delegate, so that an exception ends a whole object.
 CSecStrA::CSecStrA() = default;
@@ -41,14 +44,15 @@ CSecStrA::~CSecStrA() {
 }
 
 CSecStrA& CSecStrA::operator=(const CSecStrA& other) {
-  vl::replace(m_str, CSecStrA(other));
+  vl::replace(m_str, Temporary<char>(other.GetString()));
   return *this;
 }
 
 CSecStrA& CSecStrA::operator=(wchar_t* text) {
   Empty();
   const CSecStr wide(static_cast<const wchar_t*>(text));
-  vl::replace(m_str, CSecStrA(wide));
+  CSecStrA narrow(wide);
+  vl::replace(m_str, std::move(narrow.m_str));
   return *this;
 }
 

@@ -7,7 +7,6 @@
 #include "core.h"
 
 #ifndef _WIN32
-#include <support/allocfault.h>
 #include <support/machinetest.h>
 #endif
 
@@ -58,58 +57,6 @@ TYPED_TEST(MemoryTest, GrowsByHalfAtLeastAndReleasesAfterTheCopy) {
   EXPECT_EQ(moves, manager.requests.size());
 }
 
-TYPED_TEST(MemoryTest, KeepsToTheManagerOfItsBuffer) {
-  IStringManager* const heap = AfxGetStringManager();
-  HookedManager first;
-  {
-    CStringT<TypeParam> core;
-    core = TypeParam('a');
-    EXPECT_EQ(AfxSetStringManager(nullptr), &first);
-    EXPECT_EQ(AfxGetStringManager(), heap);
-    CStringT<TypeParam> other;
-    other = TypeParam('b');
-    core.GetBuffer(1000);
-    EXPECT_EQ(AfxSetStringManager(&first), heap);
-  }
-  EXPECT_EQ(first.requests.size(), 2u);
-}
-
-// The operations that need a block, by a name for messages.
-template <class Char>
-struct Filling {
-  const char* name;
-  void (*run)(CStringT<Char>&);
-};
-template <class Char>
-std::vector<Filling<Char>> fillings() {
-  using Core = CStringT<Char>;
-  using Other = typename Core::YCHAR;
-  return {
-      {"text", [](Core& core) { core = std::basic_string<Char>(50, Char('n')).c_str(); }},
-      {"SetString", [](Core& core) { core.SetString(std::basic_string<Char>(50, Char('n')).c_str(), 50); }},
-      {"other width", [](Core& core) { core = std::basic_string<Other>(50, Other('n')).c_str(); }},
-      {"GetBuffer", [](Core& core) { core.GetBuffer(50); }},
-      {"largest GetBuffer", [](Core& core) { core.GetBuffer(std::numeric_limits<int>::max()); }},
-  };
-}
-
-TYPED_TEST(MemoryTest, StaysAsItIsWithoutMemory) {
-  for (const char* const before : {"", "before"}) {
-    for (const auto& [name, run] : fillings<TypeParam>()) {
-      HookedManager manager;
-      CStringT<TypeParam> core;
-      core = text<TypeParam>(before).c_str();
-      const TypeParam* const place = core.GetString();
-      const int allocated = core.GetAllocLength();
-      manager.onAllocate = [] { return false; };
-      EXPECT_TRUE(throws<CMemoryException>([&, fill = run] { fill(core); })) << name;
-      EXPECT_EQ(text(core), text<TypeParam>(before)) << name;
-      EXPECT_EQ(core.GetString(), place) << name;
-      EXPECT_EQ(core.GetAllocLength(), allocated) << name;
-    }
-  }
-}
-
 TYPED_TEST(MemoryTest, AsksForTheWholeSizeOfTheLargestText) {
   HookedManager manager;
   CStringT<TypeParam> core;
@@ -122,19 +69,6 @@ TYPED_TEST(MemoryTest, AsksForTheWholeSizeOfTheLargestText) {
 }
 
 #ifndef _WIN32
-
-TYPED_TEST(MemoryTest, HeapIsOperatorNew) {
-  CStringT<TypeParam> core;
-  core = TypeParam('a');
-  bool thrown;
-  {
-    support::AllocFault fault(1);
-    thrown = throws<CMemoryException>([&] { core.GetBuffer(1000); });
-    EXPECT_EQ(fault.allocations(), 1u);
-  }
-  EXPECT_TRUE(thrown);
-  EXPECT_EQ(text(core), text<TypeParam>("a"));
-}
 
 class ConversionTest : public support::MachineTest {};
 

@@ -61,25 +61,6 @@ TEST_P(ObListTest, BehavesAsAQueue) {
 }
 INSTANTIATE_TEST_SUITE_P(BlockSizes, ObListTest, testing::Values(1, 2, 10, 1000, 0, -5));
 
-TEST(ObListPositionTest, StaysValidUntilItsNodeGoes) {
-  Item items[4];
-  CObList list(2);
-  list.AddTail(&items[0]);
-  const POSITION second = list.AddTail(&items[1]);
-  list.AddTail(&items[2]);
-  list.RemoveHead();
-  list.AddTail(&items[3]);
-  EXPECT_EQ(list.GetHeadPosition(), second);
-  EXPECT_EQ(list.GetAt(second), &items[1]);
-}
-
-TEST(ObListPositionTest, NullIsRefused) {
-  CObList list;
-  POSITION none = nullptr;
-  EXPECT_TRUE(throws<CInvalidArgException>([&] { list.GetAt(none); }));
-  EXPECT_TRUE(throws<CInvalidArgException>([&] { list.GetNext(none); }));
-}
-
 #ifndef _WIN32
 
 TEST(ObListMemoryTest, TakesBlocksAndStaysAsItIsWithoutOne) {

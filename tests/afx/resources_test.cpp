@@ -6,10 +6,6 @@
 
 #include "core.h"
 
-#ifndef _WIN32
-#include <support/allocfault.h>
-#endif
-
 namespace afxtest {
 namespace {
 
@@ -43,25 +39,6 @@ class ResourcesTest : public support::MachineTest {
   HINSTANCE module = nullptr;
 };
 
-TEST_F(ResourcesTest, LoadsTheWholeText) {
-  CStringT<wchar_t> core;
-  EXPECT_TRUE(core.LoadStringW(program, 101));
-  EXPECT_EQ(text(core), L"the program's");
-  EXPECT_TRUE(core.LoadStringW(module, 203));
-  EXPECT_EQ(text(core), L"the module's");
-  EXPECT_TRUE(core.LoadStringW(nullptr, 102));
-  EXPECT_EQ(text(core), L"of both, from the program");
-  EXPECT_EQ(core.GetString()[core.GetLength()], L'\0');
-}
-
-TEST_F(ResourcesTest, KeepsTheTextWhereThereIsNone) {
-  CStringT<wchar_t> core;
-  core = L"before";
-  EXPECT_FALSE(core.LoadStringW(program, 999));
-  EXPECT_FALSE(core.LoadStringW(module, 101));
-  EXPECT_EQ(text(core), L"before");
-}
-
 TEST_F(ResourcesTest, SearchesTheProgramFirst) {
   EXPECT_EQ(AfxFindStringResourceHandle(203), program);
   AfxAddResourceModule(module);
@@ -87,24 +64,6 @@ TEST_F(ResourcesTest, SearchesModulesInOrderAndPassesOverEmptyStrings) {
   EXPECT_EQ(AfxFindStringResourceHandle(104), module);
   AfxRemoveResourceModule(second);
   EXPECT_EQ(AfxFindStringResourceHandle(305), program);
-}
-
-TEST_F(ResourcesTest, AddsNothingWithoutMemory) {
-  // The table has a size of its own, so it is filled until it must grow.
-  std::vector<HINSTANCE> added;
-  bool thrown = false;
-  for (std::uintptr_t number = 1; !thrown && number < 100; ++number) {
-    const auto handle = reinterpret_cast<HINSTANCE>(number * 16);
-    added.push_back(handle);
-    support::AllocFault fault(1);
-    thrown = throws<CMemoryException>([&] { AfxAddResourceModule(handle); });
-  }
-  EXPECT_TRUE(thrown);
-  machine().strings().set(added.back(), 305, L"of the module that was not added");
-  EXPECT_EQ(AfxFindStringResourceHandle(305), program);
-  for (const HINSTANCE handle : added) {
-    AfxRemoveResourceModule(handle);
-  }
 }
 
 #endif

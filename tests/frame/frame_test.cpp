@@ -64,20 +64,6 @@ TEST_F(Frame, ExitsOfOtherHabits) {
   EXPECT_TRUE(log.was({{L"VLHOSTKIT", TXLOG_EXIT, L"vlBaz 0xffffffff"}}));
 }
 
-TEST_F(Frame, ReleasesWhatIsDeclaredAfterItBeforeTheExitRecord) {
-  struct Resource {
-    ~Resource() { txlogLog(vl::kTag, TXLOG_TRACE, L"released"); }
-  };
-  LogCapture log;
-  {
-    const vl::CallFrame frame(vl::kTag, L"vlFoo", vl::ExitPlain(L"vlFoo"));
-    const Resource resource;
-  }
-  EXPECT_TRUE(log.was({{L"txhostkit", TXLOG_ENTRY, L"vlFoo"},
-                       {L"txhostkit", TXLOG_TRACE, L"released"},
-                       {L"txhostkit", TXLOG_EXIT, L"vlFoo"}}));
-}
-
 TEST_F(Frame, RecordsLeaveTheLastErrorValueWhateverTheSinkDoes) {
   int records = 0;
   const auto meddle = [](void* count, const txlogRecord*) {
@@ -98,90 +84,37 @@ TEST_F(Frame, RecordsLeaveTheLastErrorValueWhateverTheSinkDoes) {
   EXPECT_EQ(records, 3);
 }
 
-TEST_F(Frame, GuardPutsTheLastErrorValueBack) {
-  SetLastError(77);
-  {
-    const vl::LastErrorGuard guard;
-    SetLastError(1);
-  }
-  EXPECT_EQ(GetLastError(), 77u);
+std::vector<int> released;
+void release(int value) {
+  released.push_back(value);
 }
+using Owner = vl::Handle<int, &release, -1>;
+static_assert(!std::is_copy_constructible_v<Owner> && !std::is_copy_assignable_v<Owner>);
+static_assert(std::is_nothrow_move_constructible_v<Owner> && std::is_nothrow_move_assignable_v<Owner>);
 
-class HandleTest : public support::MachineTest {
- protected:
-  static std::vector<int>& released() {
-    static std::vector<int> values;
-    return values;
-  }
-  static void release(int value) { released().push_back(value); }
-  using Owner = vl::Handle<int, &release, -1>;
-  static_assert(!std::is_copy_constructible_v<Owner> && !std::is_copy_assignable_v<Owner>);
-  static_assert(std::is_nothrow_move_constructible_v<Owner> && std::is_nothrow_move_assignable_v<Owner>);
-
-  void SetUp() override {
-    MachineTest::SetUp();
-    released().clear();
-  }
-  static std::vector<int> take() { return std::exchange(released(), {}); }
-};
-
-using Values = std::vector<int>;
-
-TEST_F(HandleTest, ReleasesOnceWhatItOwns) {
+TEST_F(Frame, HandlesReleaseOnceWhatTheyOwn) {
+  using Values = std::vector<int>;
+  const auto take = [] { return std::exchange(released, {}); };
   {
-    const Owner none;
-    const Owner zero(0);  // a value like others where -1 is the one that owns nothing
-    EXPECT_FALSE(none);
-    EXPECT_TRUE(zero);
-    EXPECT_EQ(none.get(), -1);
-    EXPECT_EQ(zero.get(), 0);
+    const Owner none, zero(0);  // a value like others where -1 is the one that owns nothing
+    EXPECT_TRUE(!none && zero && none.get() == -1 && zero.get() == 0);
   }
   EXPECT_EQ(take(), Values{0});
-}
-
-TEST_F(HandleTest, Moves) {
   {
     Owner first(1);
-    Owner second(std::move(first));
-    EXPECT_EQ(take(), Values{});
-    Owner third(3);
+    Owner second(std::move(first)), third(3);
     third = std::move(second);
     EXPECT_EQ(take(), Values{3});
-    EXPECT_EQ(third.get(), 1);
     Owner& same = third;
     third = std::move(same);
     EXPECT_EQ(third.get(), 1);
-    third = Owner();
+    third.reset(2);
     EXPECT_EQ(take(), Values{1});
-  }
-  EXPECT_EQ(take(), Values{});
-}
-
-TEST_F(HandleTest, ResetAndPutReleaseWhatWasOwned) {
-  {
-    Owner owner(1);
-    owner.reset(2);
-    EXPECT_EQ(take(), Values{1});
-    int* const place = owner.put();
+    int* const place = third.put();
     EXPECT_EQ(take(), Values{2});
-    EXPECT_EQ(*place, -1);
-    *place = 3;
-    EXPECT_EQ(owner.get(), 3);
-    owner.reset();
-    EXPECT_FALSE(owner);
-    owner.reset();
-    EXPECT_EQ(take(), Values{3});
-    *owner.put() = 4;
+    *place = 4;
   }
   EXPECT_EQ(take(), Values{4});
-}
-
-TEST_F(HandleTest, ModuleFindsItsEntryPoints) {
-  using Convert = BOOL(WINAPI*)(const SYSTEMTIME*, FILETIME*);
-  const vl::Module module(LoadLibraryW(L"kernel32.dll"));
-  ASSERT_TRUE(module);
-  EXPECT_NE(vl::entryPoint<Convert>(module, "TzSpecificLocalTimeToSystemTime"), nullptr);
-  EXPECT_EQ(vl::entryPoint<Convert>(module, "NoSuchFunction"), nullptr);
 }
 
 }  // namespace

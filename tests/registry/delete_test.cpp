@@ -5,47 +5,39 @@
 namespace registry {
 namespace {
 
+const std::wstring kKey = L"vlRegDeleteKey";
+
 class Delete : public RegistryTest {
  protected:
-  void expectLines(int result, const std::wstring& name, const Lines& inner) {
-    EXPECT_TRUE(logged(framed(name, result, inner)));
-  }
-  // The records of a walk: each line is that of vlRegDeleteSubKey.
-  static Lines subKeyLines(const std::vector<std::wstring>& lines) {
+  // The records of a walk, each with the name of vlRegDeleteSubKey before it.
+  static Lines walk(const std::vector<std::wstring>& lines, const Lines& more = {}) {
     Lines all;
     for (const std::wstring& line : lines) {
-      all.emplace_back(TXLOG_TRACE + (line[3] == L'r' ? TXLOG_EXIT - TXLOG_TRACE : 0), L"vlRegDeleteSubKey" + line);
+      all.emplace_back(line.starts_with(L" : ret") ? TXLOG_EXIT : TXLOG_TRACE, L"vlRegDeleteSubKey" + line);
     }
+    all.insert(all.end(), more.begin(), more.end());
     return all;
   }
 };
 
-const std::wstring kValue = L"vlRegDeleteValue";
-const std::wstring kKey = L"vlRegDeleteKey";
-
 TEST_F(Delete, Value) {
   const std::wstring here = path();
-  for (const DWORD section : kBadSections) {
-    EXPECT_EQ(vlRegDeleteValue(kRoot, nullptr, nullptr, section), -3);
-    expectLines(-3, kValue, badSection(kValue, section));
-  }
+  const std::wstring name = L"vlRegDeleteValue";
+  expectSectionTestedFirst(name, [](DWORD section) { return vlRegDeleteValue(kRoot, nullptr, nullptr, section); });
   const auto expect = [&](int result, const wchar_t* key, const wchar_t* value, const std::wstring& line) {
     EXPECT_EQ(vlRegDeleteValue(kRoot, key, value, KEY_WOW64_32KEY), result);
-    expectLines(result, kValue, {{TXLOG_TRACE, kValue + line}});
+    EXPECT_TRUE(tracedOnce(name, result, line));
   };
   expect(-3, nullptr, L"v", L" : pszKey or pszValueName is NULL");
   expect(-3, here.c_str(), nullptr, L" : pszKey or pszValueName is NULL");
+  Key::create(here, KEY_WOW64_64KEY).set(L"v", REG_DWORD, {1});
   expect(-1, here.c_str(), L"v", L" : RegOpenKeyEx failed 0x2");
-  const Key other = Key::create(here, KEY_WOW64_64KEY);
-  other.set(L"v", REG_DWORD, {1});
   const Key key = Key::create(here, KEY_WOW64_32KEY);
   expect(-1, here.c_str(), L"v", L" : RegDeleteValue returns 0x2");
-  key.set(L"v", REG_DWORD, {1});
   key.set(nullptr, REG_DWORD, {1});
-  expect(0, here.c_str(), L"v", L" : RegDeleteValue returns 0x0");
   expect(0, here.c_str(), L"", L" : RegDeleteValue returns 0x0");
-  EXPECT_FALSE(key.stored(L"v") || key.stored(nullptr));
-  EXPECT_TRUE(other.stored(L"v"));
+  EXPECT_FALSE(key.stored(nullptr));
+  EXPECT_TRUE(Key(here, KEY_WOW64_64KEY).stored(L"v"));
 }
 
 // Stand for what the platform does not have under these names.
@@ -68,27 +60,24 @@ support::EntryPoint entryPoint(const char* name, Function* function) {
 }
 
 TEST_F(Delete, KeyByTheEntryPointsThatAreFound) {
-  const Lines keyGone = {{TXLOG_TRACE, L"vlRegDeleteKey : RegDeleteKeyEx returns 0x0"}};
-  const Lines keyFails = {{TXLOG_TRACE, L"vlRegDeleteKey : RegDeleteKeyEx returns 0x5"}};
-  const auto afterTree = [](const wchar_t* code, const Lines& keyLine) {
-    return Lines{{TXLOG_TRACE, std::wstring(L"vlRegDeleteKey : RegDeleteTree returns ") + code}, keyLine[0]};
-  };
-  Lines walked = subKeyLines({L" : RegDeleteKey returns 0x0", L" : ret=(0)"});
-  walked.emplace_back(TXLOG_TRACE, L"vlRegDeleteKey : vlRegDeleteSubKey returns 0x0");
+  const auto line = [](const wchar_t* rest) { return std::pair{int{TXLOG_TRACE}, kKey + rest}; };
+  const Lines walked =
+      walk({L" : RegDeleteKey returns 0x0", L" : ret=(0)"}, {line(L" : vlRegDeleteSubKey returns 0x0")});
+  const auto ex0 = line(L" : RegDeleteKeyEx returns 0x0");
+  const auto ex5 = line(L" : RegDeleteKeyEx returns 0x5");
   const struct {
     bool found, tree, flag;
     LONG treeCode, keyCode;
     int result;
-    std::vector<std::wstring> made;  // the view stands where the "v" is
     Lines lines;
   } rows[] = {
-      {true, true, false, 0, 0, 0, {L"RegDeleteKeyEx v 0"}, keyGone},
-      {true, false, false, 0, 5, -1, {L"RegDeleteKeyEx v 0"}, keyFails},
-      {true, true, true, 5, 0, 0, {L"RegDeleteTree", L"RegDeleteKeyEx v 0"}, afterTree(L"0x5", keyGone)},
-      {true, true, true, 0, 5, -1, {L"RegDeleteTree", L"RegDeleteKeyEx v 0"}, afterTree(L"0x0", keyFails)},
-      {true, false, true, 0, 5, 0, {}, walked},
-      {false, true, true, 5, 5, 0, {}, walked},
-      {false, true, false, 5, 5, 0, {}, {{TXLOG_TRACE, L"vlRegDeleteKey : RegDeleteKey returns 0x0"}}},
+      {true, true, false, 0, 0, 0, {ex0}},
+      {true, false, false, 0, 5, -1, {ex5}},
+      {true, true, true, 5, 0, 0, {line(L" : RegDeleteTree returns 0x5"), ex0}},
+      {true, true, true, 0, 5, -1, {line(L" : RegDeleteTree returns 0x0"), ex5}},
+      {true, false, true, 0, 5, 0, walked},
+      {false, true, true, 5, 5, 0, walked},
+      {false, true, false, 5, 5, 0, {line(L" : RegDeleteKey returns 0x0")}},
   };
   for (const DWORD section : kSections) {
     for (const auto& row : rows) {
@@ -100,10 +89,13 @@ TEST_F(Delete, KeyByTheEntryPointsThatAreFound) {
                                            entryPoint("RegDeleteTree", row.tree ? &deleteTree : nullptr)});
         EXPECT_EQ(vlRegDeleteKey(kRoot, path().c_str(), row.flag, section), row.result);
       }
-      expectLines(row.result, kKey, row.lines);
-      std::vector<std::wstring> made = row.made;
-      if (!made.empty()) {
-        made.back().replace(made.back().find(L'v'), 1, hex(section == 0 ? KEY_WOW64_32KEY : section));
+      EXPECT_TRUE(logged(framed(kKey, row.result, row.lines)));
+      std::vector<std::wstring> made;
+      if (row.found && row.flag && row.tree) {
+        made.push_back(L"RegDeleteTree");
+      }
+      if (row.found && (!row.flag || row.tree)) {
+        made.push_back(L"RegDeleteKeyEx " + hex(section == 0 ? KEY_WOW64_32KEY : section) + L" 0");
       }
       EXPECT_EQ(calls.made, made);
       EXPECT_EQ(static_cast<bool>(Key(path())), !made.empty());  // the stand-ins delete nothing
@@ -112,73 +104,61 @@ TEST_F(Delete, KeyByTheEntryPointsThatAreFound) {
 }
 
 TEST_F(Delete, KeyFails) {
-  for (const DWORD section : kBadSections) {
-    EXPECT_EQ(vlRegDeleteKey(kRoot, nullptr, true, section), -3);
-    expectLines(-3, kKey, badSection(kKey, section));
-  }
+  expectSectionTestedFirst(kKey, [](DWORD section) { return vlRegDeleteKey(kRoot, nullptr, true, section); });
   EXPECT_EQ(vlRegDeleteKey(kRoot, nullptr, true, 0), -3);
-  expectLines(-3, kKey, {{TXLOG_TRACE, kKey + L" : pszKey is NULL"}});
+  EXPECT_TRUE(tracedOnce(kKey, -3, L" : pszKey is NULL"));
   EXPECT_EQ(vlRegDeleteKey(kRoot, kMissing, true, 0), -1);
-  Lines missing = subKeyLines({L" : RegOpenKeyEx failed 0x2", L" : ret=(-1)"});
-  missing.emplace_back(TXLOG_TRACE, kKey + L" : vlRegDeleteSubKey returns 0xffffffff");
-  expectLines(-1, kKey, missing);
+  EXPECT_TRUE(logged(framed(kKey, -1,
+                            walk({L" : RegOpenKeyEx failed 0x2", L" : ret=(-1)"},
+                                 {{TXLOG_TRACE, kKey + L" : vlRegDeleteSubKey returns 0xffffffff"}}))));
   create(L"a");
   // A flag that another language made is set only if it is 1.
   using Raw = int (*)(HKEY, LPCWSTR, unsigned char, DWORD);
   const auto raw = reinterpret_cast<Raw>(reinterpret_cast<void*>(&vlRegDeleteKey));
-  for (const unsigned char notSet : {0, 2, 0xfe, 0xff}) {
+  for (const unsigned char notSet : {0, 2, 0xff}) {
     EXPECT_EQ(raw(kRoot, path().c_str(), notSet, 0), -1);
-    expectLines(-1, kKey, {{TXLOG_TRACE, kKey + L" : RegDeleteKey returns 0x5"}});
+    EXPECT_TRUE(tracedOnce(kKey, -1, L" : RegDeleteKey returns 0x5"));
   }
   EXPECT_TRUE(Key(path(L"a")));
 }
 
 TEST_F(Delete, WalksDepthFirst) {
-  // a\b\c and a\d: c goes before b, b and d before a.
-  const std::vector<std::wstring> below = {L" : RegDeleteKey returns 0x0", L" : ret=(0)", L" : ret=(0)",
-                                           L" : RegDeleteKey returns 0x0", L" : ret=(0)"};
-  std::vector<std::wstring> whole = below;
-  whole.push_back(L" : ret=(0)");
   for (const bool withKey : {true, false}) {
     create(L"a\\b\\c");
     create(L"a\\d");
     EXPECT_EQ(vlRegDeleteSubKey(kRoot, path(L"a").c_str(), KEY_WOW64_32KEY, withKey), 0);
-    EXPECT_TRUE(logged(subKeyLines(whole)));
+    EXPECT_TRUE(logged(walk({L" : RegDeleteKey returns 0x0", L" : ret=(0)", L" : ret=(0)",      // c, b
+                             L" : RegDeleteKey returns 0x0", L" : ret=(0)", L" : ret=(0)"})));  // d, a
     EXPECT_EQ(static_cast<bool>(Key(path(L"a"))), !withKey);
     EXPECT_FALSE(Key(path(L"a\\b")) || Key(path(L"a\\d")));
   }
   EXPECT_EQ(vlRegDeleteSubKey(kRoot, path(L"a").c_str(), 0, false), 0);
-  EXPECT_TRUE(logged(subKeyLines({L" : ret=(0)"})));
+  EXPECT_TRUE(logged(walk({L" : ret=(0)"})));
   EXPECT_EQ(vlRegDeleteSubKey(kRoot, kMissing, 0, false), -1);
-  EXPECT_TRUE(logged(subKeyLines({L" : RegOpenKeyEx failed 0x2", L" : ret=(-1)"})));
+  EXPECT_TRUE(logged(walk({L" : RegOpenKeyEx failed 0x2", L" : ret=(-1)"})));
   EXPECT_EQ(vlRegDeleteSubKey(kRoot, path().c_str(), 0x300, true), -3);
-  Lines refused = badSection(L"vlRegDeleteSubKey", 0x300);
-  refused.emplace_back(TXLOG_EXIT, L"vlRegDeleteSubKey : ret=(-3)");
-  EXPECT_TRUE(logged(refused));
+  EXPECT_TRUE(logged({{TXLOG_ERROR, L"vlRegDeleteSubKey : Desired registry section incorrect (0x300)"},
+                      {TXLOG_EXIT, L"vlRegDeleteSubKey : ret=(-3)"}}));
 }
 
-// Of a, b and c below the key, b can't be deleted: its path has no room. One character less is room enough.
+// Below the key are a, b and c, and the path of b has no room. With one character less it has.
 TEST_F(Delete, AChildThatCannotBeDeletedStopsTheWalk) {
-  std::wstring deep;
-  while (path(deep).size() < 700) {
-    deep += std::wstring(deep.empty() ? L"" : L"\\") + std::wstring(60, L'k');
-  }
-  deep += L"\\" + std::wstring(770 - path(deep).size() - 1, L'k');
-  ASSERT_EQ(path(deep).size(), 770u);
-  create(deep + L"\\b" + std::wstring(7, L'b'));
+  std::wstring deep(200, L'k');
+  deep += L"\\" + deep + L"\\" + deep;
+  deep += L"\\" + std::wstring(769 - path(deep).size(), L'k');
+  const std::wstring b(9, L'b');
+  create(deep + L"\\" + b.substr(1));
   EXPECT_EQ(vlRegDeleteSubKey(kRoot, path(deep).c_str(), 0, true), 0);  // 779 characters
   log.take();
-  const std::wstring name(9, L'b');
   for (const bool withKey : {false, true}) {
-    for (const std::wstring& child : {std::wstring(L"a"), name, std::wstring(L"c")}) {
-      create(deep + L"\\" + child);
-    }
+    create(deep + L"\\a");
+    create(deep + L"\\" + b);
+    create(deep + L"\\c");
     EXPECT_EQ(vlRegDeleteSubKey(kRoot, path(deep).c_str(), 0, withKey), withKey ? -1 : 0);
-    Lines lines =
-        subKeyLines({L" : RegDeleteKey returns 0x0", L" : ret=(0)", withKey ? L" : ret=(-1)" : L" : ret=(0)"});
-    lines.insert(lines.begin() + 2, {TXLOG_ERROR, L"vlRegDeleteSubKey : no room for the path of subkey " + name});
-    EXPECT_TRUE(logged(lines));
-    EXPECT_TRUE(!Key(path(deep + L"\\a")) && Key(path(deep + L"\\" + name)) && Key(path(deep + L"\\c")));
+    EXPECT_TRUE(logged(walk({L" : RegDeleteKey returns 0x0", L" : ret=(0)"},
+                            {{TXLOG_ERROR, L"vlRegDeleteSubKey : no room for the path of subkey " + b},
+                             {TXLOG_EXIT, std::wstring(L"vlRegDeleteSubKey : ret=(") + (withKey ? L"-1)" : L"0)")}})));
+    EXPECT_TRUE(!Key(path(deep + L"\\a")) && Key(path(deep + L"\\" + b)) && Key(path(deep + L"\\c")));
   }
 }
 

@@ -10,85 +10,68 @@ class List : public RegistryTest, public testing::WithParamInterface<bool> {
  protected:
   static constexpr int kSlots = 4;
 
-  void add(const std::wstring& element, DWORD view = 0) {
-    if (values) {
-      Key::create(path(), view).set(element.c_str(), REG_DWORD, Bytes(4));
-    } else {
-      Key::create(path(element), view);
-    }
+  void add(const std::wstring& element, DWORD view = 0, DWORD type = REG_DWORD) {
+    Key::create(values ? path() : path(element), view).set(values ? element.c_str() : nullptr, type, {});
   }
-  int call(const wchar_t* key, bool slots, int* number, DWORD section, DWORD filter = kAll) {
-    entries.refill();
-    names.refill();
+  int call(const wchar_t* key, bool slots, int* number, DWORD section = 0, DWORD filter = kAll) {
     return values ? vlRegListValueNamesEx(kRoot, key, slots ? entries.data() : nullptr, number, filter, section)
                   : vlRegListKeysEx(kRoot, key, slots ? names.data() : nullptr, number, section);
   }
-  // The slots one by one, "-" where nothing was stored.
-  std::wstring stored() const {
+  // Lists the test's key with a maximum; the slots one by one, "-" where nothing was stored, and the count.
+  std::wstring list(int maximum, bool slots = true, DWORD section = 0, DWORD filter = kAll) {
+    entries.refill();
+    names.refill();
+    EXPECT_EQ(call(path().c_str(), slots, &maximum, section, filter), 0);
     EXPECT_TRUE(entries.guardsIntact() && names.guardsIntact());
     std::wstring all;
     for (int i = 0; i < kSlots; ++i) {
       const wchar_t* const slot = values ? entries.data()[i].szName : names.data() + 255 * i;
       all += (static_cast<unsigned char>(*slot) == 0xbd ? L"-" : slot) + std::wstring(L",");
     }
-    return all;
-  }
-  testing::AssertionResult loggedLine(int result, int level, const std::wstring& line) {
-    return logged(framed(name, result, line.empty() ? Lines() : Lines{{level, line}}));
+    return all + std::to_wstring(maximum);
   }
 
   const bool values = GetParam();
   const std::wstring name = values ? L"vlRegListValueNamesEx" : L"vlRegListKeysEx";
-  const std::wstring limit = name + (values ? L": Max number of value reached" : L": max number of subkey reached");
+  const std::wstring enumeration = values ? L"RegEnumValue" : L"RegEnumKeyEx";
   support::GuardedBuffer<RegValueEntry> entries{kSlots};
   support::GuardedBuffer<WCHAR> names{255 * kSlots};
-  int count = 77;
 };
 
-TEST_P(List, RefusesArgumentsInTheirOrder) {
-  for (const DWORD section : kBadSections) {
-    EXPECT_EQ(call(nullptr, false, nullptr, section), -3);
-    EXPECT_TRUE(logged(framed(name, -3, badSection(name, section))));
-  }
-  EXPECT_EQ(call(nullptr, true, nullptr, 0), -3);
-  EXPECT_TRUE(loggedLine(-3, TXLOG_TRACE, name + L" : pszKey is NULL"));
-  EXPECT_EQ(call(kMissing, true, nullptr, 0), -3);
-  EXPECT_TRUE(loggedLine(-3, TXLOG_TRACE, name + (values ? L" : pnValueCount" : L" : pnSubKeyCount") + L" is NULL"));
-}
-
-TEST_P(List, FailsWithoutTheKeyAndOnAnEmptyOne) {
+TEST_P(List, FailsAndLeavesTheOutputs) {
+  expectSectionTestedFirst(name, [&](DWORD section) { return call(nullptr, false, nullptr, section); });
+  EXPECT_EQ(call(nullptr, true, nullptr), -3);
+  EXPECT_TRUE(tracedOnce(name, -3, L" : pszKey is NULL"));
+  EXPECT_EQ(call(kMissing, true, nullptr), -3);
+  EXPECT_TRUE(tracedOnce(name, -3, values ? L" : pnValueCount is NULL" : L" : pnSubKeyCount is NULL"));
   create(L"");
+  int count = 77;
   for (const bool slots : {true, false}) {
-    EXPECT_EQ(call(kMissing, slots, &count, 0), -1);
-    EXPECT_TRUE(loggedLine(-1, slots ? TXLOG_ERROR : TXLOG_TRACE, L"RegOpenKeyEx failed with error code 0x2"));
-    EXPECT_EQ(call(path().c_str(), slots, &count, 0), -1);
-    EXPECT_TRUE(
-        loggedLine(-1, TXLOG_ERROR,
-                   (values ? L"RegEnumValue" : L"RegEnumKeyEx") + std::wstring(L" failed with error code 0x103")));
-    EXPECT_EQ(stored(), L"-,-,-,-,");
-    EXPECT_EQ(count, 77);
+    EXPECT_EQ(call(kMissing, slots, &count), -1);
+    const std::wstring code = L" failed with error code 0x";
+    EXPECT_TRUE(logged(framed(name, -1, {{slots ? TXLOG_ERROR : TXLOG_TRACE, L"RegOpenKeyEx" + code + L"2"}})));
+    EXPECT_EQ(call(path().c_str(), slots, &count), -1);
+    EXPECT_TRUE(logged(framed(name, -1, {{TXLOG_ERROR, enumeration + code + L"103"}})));
   }
+  EXPECT_TRUE(entries.untouched() && names.untouched());
+  EXPECT_EQ(count, 77);
 }
 
 TEST_P(List, WalksUpToTheMaximum) {
-  for (const wchar_t* const element : {L"a", L"b", L"c"}) {
-    add(element);
-  }
-  const struct {
-    int maximum;
-    bool slots;
-    int count;
-    bool limited;
-    const wchar_t* stored;
-  } rows[] = {{4, true, 3, false, L"a,b,c,-,"}, {3, true, 3, false, L"a,b,c,-,"}, {2, true, 2, true, L"a,b,-,-,"},
-              {0, true, 0, true, L"-,-,-,-,"},  {-7, true, 0, true, L"-,-,-,-,"}, {-7, false, 3, false, L"-,-,-,-,"},
-              {1, false, 3, false, L"-,-,-,-,"}};
-  for (const auto& row : rows) {
-    count = row.maximum;
-    EXPECT_EQ(call(path().c_str(), row.slots, &count, 0, row.slots ? kAll : DWORD{REG_SZ}), 0);
-    EXPECT_EQ(count, row.count) << row.maximum;
-    EXPECT_EQ(stored(), row.stored) << row.maximum;
-    EXPECT_TRUE(loggedLine(0, TXLOG_TRACE, row.limited ? limit : L""));
+  add(L"a");
+  add(L"b");
+  add(L"c");
+  for (const auto& [maximum, expected, limited] : {std::tuple{4, L"a,b,c,-,3", false},
+                                                   {3, L"a,b,c,-,3", false},
+                                                   {2, L"a,b,-,-,2", true},
+                                                   {0, L"-,-,-,-,0", true},
+                                                   {-7, L"-,-,-,-,0", true}}) {
+    log.take();
+    EXPECT_EQ(list(maximum), expected);
+    EXPECT_EQ(log.records().size(), limited ? 3u : 2u);
+    EXPECT_TRUE(!limited ||
+                tracedOnce(name, 0, values ? L": Max number of value reached" : L": max number of subkey reached"));
+    EXPECT_EQ(list(maximum, false, 0, REG_SZ), L"-,-,-,-,3");
   }
 }
 
@@ -96,15 +79,15 @@ TEST_P(List, ListsTheViewThatIsAskedFor) {
   add(L"x", KEY_WOW64_64KEY);
   add(L"y", KEY_WOW64_32KEY);
   for (const DWORD section : kSections) {
-    count = kSlots;
-    EXPECT_EQ(call(path().c_str(), true, &count, section), 0);
-    EXPECT_EQ(stored(), section == KEY_WOW64_32KEY ? L"y,-,-,-," : L"x,-,-,-,");
+    EXPECT_EQ(list(4, true, section), section == KEY_WOW64_32KEY ? L"y,-,-,-,1" : L"x,-,-,-,1");
   }
   log.take();
-  EXPECT_EQ(values ? vlRegListValueNames(kRoot, path().c_str(), nullptr, &count, 0)
-                   : vlRegListKeys(kRoot, path().c_str(), nullptr, &count),
+  int count = 4;
+  EXPECT_EQ(values ? vlRegListValueNames(kRoot, path().c_str(), entries.data(), &count, REG_SZ)
+                   : vlRegListKeys(kRoot, path().c_str(), names.data(), &count),
             0);
-  EXPECT_TRUE(loggedLine(0, TXLOG_TRACE, L""));
+  EXPECT_TRUE(logged(framed(name, 0, {})));
+  EXPECT_EQ(count, 1);
 }
 
 TEST_P(List, ANameWithoutRoomIsOneMoreEntryWithoutAName) {
@@ -112,28 +95,11 @@ TEST_P(List, ANameWithoutRoomIsOneMoreEntryWithoutAName) {
   add(L"a");
   add(fits);
   add(fits + L"b");
-  add(L"c");
-  count = kSlots;
-  EXPECT_EQ(call(path().c_str(), true, &count, 0), 0);
-  EXPECT_EQ(stored(), L"a," + fits + L",,c,");
-  EXPECT_EQ(count, 4);
-  EXPECT_TRUE(!values || (entries.data()[2].dwType == REG_NONE && entries.data()[3].dwType == REG_DWORD));
-  EXPECT_EQ(call(path().c_str(), false, &count, 0), 0);
-  EXPECT_EQ(count, 4);
-}
-
-TEST_P(List, AFilterLeavesHoles) {
-  if (values) {
-    const Key key = Key::create(path());
-    key.set(L"a", REG_SZ, {});
-    key.set(L"b", REG_DWORD, {});
-    key.set(L"c", REG_SZ, {});
-    count = kSlots;
-    EXPECT_EQ(call(path().c_str(), true, &count, 0, REG_SZ), 0);
-    EXPECT_EQ(stored(), L"a,-,c,-,");
-    EXPECT_EQ(entries.data()[2].dwType, DWORD{REG_SZ});
-    EXPECT_EQ(count, 3);
-  }
+  add(L"c", 0, REG_SZ);
+  EXPECT_EQ(list(4), L"a," + fits + L",,c,4");
+  EXPECT_TRUE(!values || (entries.data()[2].dwType == REG_NONE && entries.data()[3].dwType == REG_SZ));
+  EXPECT_EQ(list(4, false), L"-,-,-,-,4");
+  EXPECT_TRUE(!values || list(4, true, 0, REG_SZ) == L"-,-,-,c,4");  // a filter leaves holes
 }
 
 INSTANTIATE_TEST_SUITE_P(ValuesAndKeys, List, testing::Bool());

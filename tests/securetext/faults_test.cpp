@@ -56,12 +56,5 @@ TEST_F(SecureTextFaults, FormatterThatFails) {
   }
 }
 
-// What the platform does not convert leaves bytes of its own, never memory as it was found.
-TEST_F(SecureTextFaults, ConversionThatFails) {
-  faults().fail("wcstombs_s");
-  const CSecStrA narrow{CSecStr(L"secret")};
-  EXPECT_EQ(textOf(narrow), std::string(6, '\0'));
-}
-
 }  // namespace
 }  // namespace securetext

@@ -49,8 +49,6 @@ TEST_F(Formatting, PlatformRules) {
   CSecStr string(L"before");
   string.Format(L"%s|%S|%ls|%hs|%5s|%-5s|%.2s|%*s", L"wide", "narrow", L"l", "h", L"ab", L"ab", L"abc", 4, L"x");
   EXPECT_EQ(textOf(string), L"wide|narrow|l|h|   ab|ab   |ab|   x");
-  string.Format(L"%d|%5d|%-5d|%05d|%x|%X|%u|%c|%%", -1, 42, 42, 42, 255, 255, 7, L'c');
-  EXPECT_EQ(textOf(string), L"-1|   42|42   |00042|ff|FF|7|c|%");
   string.Format(L"%300d", 1);
   EXPECT_EQ(textOf(string), std::wstring(299, L' ') + L"1");
   const wchar_t* const buffer = string.GetString();
@@ -112,15 +110,6 @@ TEST_F(Formatting, LoadsStrings) {
   memory.onAllocate = nullptr;
   EXPECT_TRUE(zero);
   EXPECT_EQ(textOf(string), kLong);
-}
-
-TEST_F(Formatting, FormatsLoadedStrings) {
-  CSecStr string(L"abc");
-  string.Format(IDS_FORMAT, string.GetString(), 3);
-  EXPECT_EQ(textOf(string), L"abc has 3");
-  string.Format(UINT{IDS_UNKNOWN}, L"abc", 3);
-  EXPECT_EQ(textOf(string), L"");
-  EXPECT_TRUE(zeroFrom(string.GetString(), 0));
 }
 
 TEST_F(Formatting, AsksTheFunctionForTheModuleOnceALoad) {

@@ -46,9 +46,6 @@ TEST_F(SecureList, KeepsTheOrder) {
   EXPECT_EQ(walk(list), Texts{});
   list.AddTail(L"again");
   EXPECT_EQ(walk(list), Texts{L"again"});
-  EXPECT_EQ(textOf(list.RemoveHead()), L"again");
-  EXPECT_EQ(list.GetHeadPosition(), nullptr);
-  list.AddTail(L"left for the destructor");
 }
 
 TEST_F(SecureList, EntriesAreCopies) {
@@ -92,19 +89,6 @@ TEST_F(SecureList, FindsBehindAPosition) {
   EXPECT_EQ(list.Find(L"ab", last), nullptr);
   EXPECT_EQ(list.Find(L"", nullptr), nullptr);
   EXPECT_EQ(list.GetCount(), 4);
-}
-
-// Each entry passes the wipe before its memory goes: the fixture's memory tells. This is about when.
-TEST_F(SecureList, RemovedEntriesAreGivenBackAtOnce) {
-  CSecStrList list;
-  for (const wchar_t* const text : {L"one", L"two", L"three"}) {
-    list.AddTail(text);
-  }
-  EXPECT_EQ(memory.open(), 3);
-  list.RemoveHead();
-  EXPECT_EQ(memory.open(), 2);
-  list.RemoveAll();
-  EXPECT_EQ(memory.open(), 0);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <cwctype>
 #include <memory>
 #include <optional>
 #include <span>
@@ -23,51 +24,11 @@
 
 namespace securetext::model {
 
-/// The bytes of a sequence; zeros behind their end.
-class Script {
- public:
-  explicit Script(std::span<const std::uint8_t> bytes) : rest_(bytes) {}
-
-  bool ended() const { return rest_.empty(); }
-  unsigned next(unsigned limit) {
-    if (rest_.empty()) {
-      return 0;
-    }
-    const unsigned byte = rest_.front();
-    rest_ = rest_.subspan(1);
-    return byte % limit;
-  }
-  /// An index or count for a text of `length`: in it, at its edges, or far out.
-  int position(int length) {
-    static constexpr int kFar[] = {INT_MIN, -1, INT_MAX, 1000};
-    const unsigned choice = next(32);
-    return choice < 4 ? kFar[choice] : static_cast<int>(next(static_cast<unsigned>(length) + 3)) - 1;
-  }
-  template <class Char>
-  Char character() {
-    static constexpr Char kCharacters[] = {'a', 'a', 'b',  'B', 'A',
-                                           'z', ' ', '\t', '-', static_cast<Char>(sizeof(Char) == 1 ? 0xe9 : 0x4e2d)};
-    return kCharacters[next(std::size(kCharacters))];
-  }
-  template <class Char>
-  std::basic_string<Char> text() {
-    const unsigned length = next(6) == 0 ? next(50) : next(5);
-    std::basic_string<Char> made;
-    for (unsigned i = 0; i < length; ++i) {
-      made += character<Char>();
-    }
-    return made;
-  }
-
- private:
-  std::span<const std::uint8_t> rest_;
-};
-
 inline constexpr std::size_t kMostCharacters = 3000;
 
 /// What does not agree.
 struct Mismatch {
-  std::string message;
+  const char* what;
 };
 
 inline void require(bool condition, const char* what) {
@@ -89,16 +50,15 @@ struct Subject {
 
   int length() const { return static_cast<int>(text.size()); }
   const Char* chars() const { return string->GetString(); }
-  void becomes(Text now) {
+  void becomes(Text now, bool leavesResidue = false) {
     text = std::move(now);
-    residue = false;
+    residue = leavesResidue;
   }
 
   void check() const {
     const CStringData& header = headerOf(chars());
     require(string->GetLength() == length() && header.nDataLength == length(), "length");
-    require(std::equal(text.begin(), text.end(), chars()), "text");
-    require(chars()[length()] == 0, "terminator");
+    require(std::equal(text.begin(), text.end(), chars()) && chars()[length()] == 0, "text");
     require(header.nAllocLength >= length(), "allocated length");
     Char unwritten;
     std::memset(&unwritten, kFill, sizeof unwritten);
@@ -106,50 +66,33 @@ struct Subject {
                                    [=](Char c) { return c == 0 || c == unwritten; }),
             "old text behind the text");
   }
-  // Texts that double again and again are cut back.
-  void checkAndLimit() {
-    check();
-    if (text.size() > kMostCharacters) {
-      string->ReleaseBuffer(3);
-      becomes(text.substr(0, 3));
-    }
-  }
 };
 
-/// A text as an argument: null, of its own, or inside one of the subjects.
+/// A text as an argument: null, of its own, or inside one of the subjects. With a length for calls that count, and how
+/// such a call must end.
 template <class Char>
 struct Argument {
   std::unique_ptr<Char[]> own;  // of exact size, so that a read behind it is seen
   const Char* pointer = nullptr;
   std::basic_string<Char> value;
+  int count = 0;
+  std::string_view outcome = kDone;
 
-  int length() const { return static_cast<int>(value.size()); }
+  std::basic_string<Char> counted() const { return value.substr(0, static_cast<std::size_t>(std::max(count, 0))); }
 };
 
 class Run {
  public:
-  Run(std::span<const std::uint8_t> bytes, const WatchedManager& memory) : script_(bytes), memory_(memory) {}
+  Run(std::span<const std::uint8_t> bytes, const WatchedManager& memory) : rest_(bytes), memory_(memory) {}
 
   /// Returns the number of operations.
   std::size_t operator()() {
     std::size_t operations = 0;
-    for (; !script_.ended(); ++operations) {
-      const unsigned choice = script_.next(40);
-      if (choice < 26) {
-        editWide(choice);
-      } else if (choice < 32) {
-        common(wide_);
-      } else if (choice < 38) {
-        common(narrow_);
-      } else {
-        convert();
-      }
-      for (Subject<wchar_t>& subject : wide_) {
-        subject.checkAndLimit();
-      }
-      for (Subject<char>& subject : narrow_) {
-        subject.checkAndLimit();
-      }
+    for (; !rest_.empty(); ++operations) {
+      const unsigned choice = next(40);
+      choice < 26 ? edit() : choice < 32 ? common(wide_) : choice < 38 ? common(narrow_) : convert();
+      std::ranges::for_each(wide_, checkAndLimit<wchar_t>);
+      std::ranges::for_each(narrow_, checkAndLimit<char>);
       require(memory_.dirty() == 0, "a buffer was given back with something in it");
     }
     return operations;
@@ -159,396 +102,297 @@ class Run {
   template <class Char>
   using Subjects = std::array<Subject<Char>, 3>;
 
+  // Texts that double again and again are cut back.
+  template <class Char>
+  static void checkAndLimit(Subject<Char>& subject) {
+    subject.check();
+    if (subject.text.size() > kMostCharacters) {
+      subject.string->ReleaseBuffer(3);
+      subject.becomes(subject.text.substr(0, 3));
+    }
+  }
+
+  // Zeros behind the end of the bytes.
+  unsigned next(std::size_t limit) {
+    if (rest_.empty()) {
+      return 0;
+    }
+    const unsigned byte = rest_.front();
+    rest_ = rest_.subspan(1);
+    return static_cast<unsigned>(byte % limit);
+  }
+  // An index or count for a text of `length`: in it, at its edges, or far out.
+  int position(std::size_t length) {
+    static constexpr int kFar[] = {INT_MIN, -1, INT_MAX, 1000};
+    const unsigned choice = next(32);
+    return choice < 4 ? kFar[choice] : static_cast<int>(next(length + 3)) - 1;
+  }
+  template <class Char>
+  Char character() {
+    static constexpr Char kCharacters[] = {'a', 'a', 'b',  'B', 'A',
+                                           'z', ' ', '\t', '-', static_cast<Char>(sizeof(Char) == 1 ? 0xe9 : 0x4e2d)};
+    return kCharacters[next(std::size(kCharacters))];
+  }
+  template <class Char>
+  std::basic_string<Char> text() {
+    std::basic_string<Char> made(next(6) == 0 ? next(50) : next(5), Char{});
+    std::ranges::generate(made, [this] { return character<Char>(); });
+    return made;
+  }
   template <class Char>
   Subject<Char>& one(Subjects<Char>& subjects) {
-    return subjects[script_.next(static_cast<unsigned>(subjects.size()))];
+    return subjects[next(subjects.size())];
   }
 
   template <class Char>
   Argument<Char> argument(Subjects<Char>& subjects) {
     Argument<Char> made;
-    const unsigned kind = script_.next(8);
+    const unsigned kind = next(8);
     if (kind == 0) {
+      made.count = next(8) == 0 ? -1 : static_cast<int>(next(2));
+      made.outcome = made.count == 0 ? kDone : kInvalid;
       return made;
     }
     if (kind < 4) {
       const Subject<Char>& subject = one(subjects);
-      const unsigned from = script_.next(static_cast<unsigned>(subject.length()) + 1);
+      const unsigned from = next(subject.text.size() + 1);
       made.pointer = subject.chars() + from;
       made.value = subject.text.substr(from);
-      return made;
+    } else {
+      made.value = text<Char>();
+      made.own.reset(new Char[made.value.size() + 1]);
+      std::copy_n(made.value.c_str(), made.value.size() + 1, made.own.get());
+      made.pointer = made.own.get();
     }
-    made.value = script_.text<Char>();
-    made.own.reset(new Char[made.value.size() + 1]);
-    made.value.copy(made.own.get(), made.value.size());
-    made.own[made.value.size()] = Char{};
-    made.pointer = made.own.get();
+    made.count = next(8) == 0 ? -1 : static_cast<int>(next(made.value.size() + 1));
+    made.outcome = made.count < 0 ? kMemory : kDone;
     return made;
   }
 
-  /// A length for a counted text, and how a call with it must end.
-  template <class Char>
-  std::pair<int, std::string_view> count(const Argument<Char>& text) {
-    if (script_.next(8) == 0) {
-      return {-1, text.pointer == nullptr ? kInvalid : kMemory};
-    }
-    if (text.pointer == nullptr) {
-      const int length = static_cast<int>(script_.next(2));
-      return {length, length == 0 ? kDone : kInvalid};
-    }
-    return {static_cast<int>(script_.next(static_cast<unsigned>(text.length()) + 1)), kDone};
-  }
-
-  template <class Char>
-  static std::basic_string<Char> inserted(const std::basic_string<Char>& text, int index,
-                                          const std::basic_string<Char>& added) {
-    return std::basic_string<Char>(text).insert(
-        static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(text.size()))), added);
-  }
-
-  template <class Char>
-  void insert(Subject<Char>& subject, int index, const Argument<Char>& added) {
-    const auto expected = inserted(subject.text, index, added.value);
-    require(subject.string->Insert(index, added.pointer) == static_cast<int>(expected.size()), "result of Insert");
-    if (!added.value.empty()) {
-      subject.becomes(expected);
-    }
-  }
-
-  template <class Char>
-  void append(Subject<Char>& subject, const Argument<Char>& added) {
-    const auto [length, outcome] = count(added);
-    require(outcomeOf([&, n = length] { subject.string->Append(added.pointer, n); }) == outcome, "end of Append");
-    if (outcome == kDone && length > 0) {
-      subject.becomes(subject.text + added.value.substr(0, static_cast<std::size_t>(length)));
-    }
+  template <class Text>
+  static Text inserted(Text text, int index, const Text& added) {
+    return text.insert(static_cast<std::size_t>(std::clamp(index, 0, static_cast<int>(text.size()))), added);
   }
 
   template <class Char>
   void rawAccess(Subject<Char>& subject) {
     auto& string = *subject.string;
     const int before = headerOf(subject.chars()).nAllocLength;
-    const int n = script_.next(16) == 0 ? -1 : static_cast<int>(script_.next(80));
+    const int n = next(16) == 0 ? -1 : static_cast<int>(next(80));
     Char* const buffer = string.GetBuffer(n);
     const int allocated = headerOf(buffer).nAllocLength;
     require(buffer == subject.chars() && allocated >= std::max(n, before), "GetBuffer");
-    if (n > before) {
-      subject.residue = false;
-    }
+    subject.residue = subject.residue && n <= before;
     subject.check();
-    const int bad = script_.next(2) == 0 ? allocated + 1 : -2;
+    const int bad = next(2) == 0 ? allocated + 1 : -2;
     require(outcomeOf([&] { string.ReleaseBuffer(bad); }) == kInvalid, "ReleaseBuffer out of range");
     subject.check();
 
-    auto written = script_.text<Char>();
-    written.resize(std::min(written.size(), static_cast<std::size_t>(allocated)));
-    written.copy(buffer, written.size());
+    auto written = text<Char>();
+    const auto most = static_cast<std::size_t>(allocated);
+    written.resize(next(4) == 0 ? most : std::min(written.size(), most), 'x');
     const int length = static_cast<int>(written.size());
-    if (length < allocated) {
-      buffer[length] = Char{};
-    }
-    string.ReleaseBuffer(script_.next(2) == 0 ? -1 : length);
+    std::copy_n(written.c_str(), std::min(length + 1, allocated), buffer);
+    string.ReleaseBuffer(next(2) == 0 ? -1 : length);
     subject.becomes(written);
     require(zeroFrom(subject.chars(), length), "ReleaseBuffer leaves something behind the text");
   }
 
-  template <class Char>
-  void remake(Subject<Char>& subject, Subjects<Char>& subjects) {
-    using String = typename Subject<Char>::String;
-    const Argument<Char> text = argument(subjects);
-    const auto [length, outcome] = count(text);
-    std::optional<String> made;
-    require(outcomeOf([&, n = length] { made.emplace(text.pointer, n); }) == outcome, "end of a constructor");
-    auto expected = text.value.substr(0, static_cast<std::size_t>(std::max(length, 0)));
-    if (!made || script_.next(2) == 0) {
-      made.emplace(text.pointer);
-      expected = text.value;
-    }
-    subject.string.emplace(std::as_const(*made));
-    subject.becomes(expected);
-  }
-
+  // What both widths have.
   template <class Char>
   void common(Subjects<Char>& subjects) {
     Subject<Char>& subject = one(subjects);
-    switch (script_.next(7)) {
-      case 0: {
-        const Subject<Char>& other = one(subjects);
-        *subject.string = *other.string;
-        subject.becomes(std::basic_string<Char>(other.text));
-        break;
-      }
+    const Subject<Char>& other = one(subjects);
+    auto& string = *subject.string;
+    const auto before = subject.text;
+    const Argument<Char> added = argument(subjects);
+    const int index = position(before.size());
+    switch (next(7)) {
+      case 0:
+        string = *other.string;
+        return subject.becomes(std::basic_string<Char>(other.text));
       case 1: {
-        const Argument<Char> added = argument(subjects);
-        insert(subject, script_.position(subject.length()), added);
-        break;
+        const auto expected = inserted(before, index, added.value);
+        require(string.Insert(index, added.pointer) == static_cast<int>(expected.size()), "result of Insert");
+        return subject.becomes(expected, subject.residue && added.value.empty());
       }
-      case 2:
-        append(subject, argument(subjects));
-        break;
+      case 2: {
+        const auto expected = before + added.counted();
+        require(outcomeOf([&] { string.Append(added.pointer, added.count); }) == added.outcome, "end of Append");
+        return added.outcome == kDone ? subject.becomes(expected, subject.residue && expected == before) : void();
+      }
       case 3:
-        rawAccess(subject);
-        break;
+        return rawAccess(subject);
       case 4:
-        subject.string->Empty();
+        string.Empty();
         subject.becomes({});
-        require(zeroFrom(subject.chars(), 0), "Empty leaves something");
-        break;
+        return require(zeroFrom(subject.chars(), 0), "Empty leaves something");
       case 5: {
-        const Argument<Char> wanted = argument(subjects);
-        const int start = script_.position(subject.length());
-        const std::size_t found =
-            start < 0 ? std::string::npos : subject.text.find(wanted.value, static_cast<std::size_t>(start));
-        require(subject.string->Find(wanted.pointer, start) == static_cast<int>(found), "Find");
-        break;
+        const std::size_t found = index < 0 ? before.npos : before.find(added.value, static_cast<std::size_t>(index));
+        return require(string.Find(added.pointer, index) == static_cast<int>(found), "Find");
       }
-      default:
-        remake(subject, subjects);
+      default: {
+        std::optional<typename Subject<Char>::String> made;
+        require(outcomeOf([&] { made.emplace(added.pointer, added.count); }) == added.outcome, "end of a constructor");
+        const bool whole = !made || next(2) == 0;
+        if (whole) {
+          made.emplace(added.pointer);
+        }
+        subject.string.emplace(std::as_const(*made));
+        return subject.becomes(whole ? added.value : added.counted());
+      }
     }
   }
 
   static int sign(int number) { return (number > 0) - (number < 0); }
-
-  static std::wstring lower(std::wstring text) {
-    std::ranges::transform(text, text.begin(), [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c; });
-    return text;
-  }
-  static std::wstring upper(std::wstring text) {
-    std::ranges::transform(text, text.begin(), [](wchar_t c) { return c >= L'a' && c <= L'z' ? c - L'a' + L'A' : c; });
+  static std::wstring mapped(std::wstring text, std::wint_t (*map)(std::wint_t)) {
+    std::ranges::transform(text, text.begin(), [=](wchar_t c) { return static_cast<wchar_t>(map(c)); });
     return text;
   }
   static std::wstring cut(const std::wstring& text, long long first, long long count) {
-    const auto length = static_cast<long long>(text.size());
     first = std::max(first, 0LL);
-    if (count < 0 || first > length) {
-      return {};
-    }
-    return text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
+    return count < 0 || first > static_cast<long long>(text.size())
+               ? std::wstring()
+               : text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
   }
 
-  void replace(Subject<wchar_t>& subject) {
-    const Argument<wchar_t> oldText = argument(wide_);
-    const Argument<wchar_t> newText = argument(wide_);
-    std::wstring expected;
-    std::size_t from = 0;
+  void replace(Subject<wchar_t>& subject, const Argument<wchar_t>& oldText, const Argument<wchar_t>& newText) {
+    std::wstring expected = subject.text;
     int hits = 0;
-    if (!oldText.value.empty()) {
-      for (std::size_t hit; (hit = subject.text.find(oldText.value, from)) != std::wstring::npos; ++hits) {
-        expected.append(subject.text, from, hit - from).append(newText.value);
-        from = hit + oldText.value.size();
-      }
+    for (std::size_t at = 0; !oldText.value.empty() && (at = expected.find(oldText.value, at)) != expected.npos;
+         ++hits) {
+      expected.replace(at, oldText.value.size(), newText.value);
+      at += newText.value.size();
     }
-    expected.append(subject.text, from);
     // Sequences of replacements could grow without end.
-    if (expected.size() > kMostCharacters) {
-      return;
-    }
-    require(subject.string->Replace(oldText.pointer, newText.pointer) == hits, "result of Replace");
-    if (hits != 0) {
-      subject.becomes(expected);
+    if (expected.size() <= kMostCharacters) {
+      require(subject.string->Replace(oldText.pointer, newText.pointer) == hits, "result of Replace");
+      subject.becomes(expected, subject.residue && hits == 0);
     }
   }
 
-  void trim(Subject<wchar_t>& subject) {
-    const unsigned kind = script_.next(4);
-    const wchar_t character = script_.character<wchar_t>();
-    const std::wstring dropped = kind % 2 == 0 ? std::wstring(L" \t") : std::wstring(1, character);
-    CSecStr& string = *subject.string;
-    if (kind < 2) {
-      require(&(kind == 0 ? string.TrimLeft() : string.TrimLeft(character)) == &string, "result of TrimLeft");
-      subject.text.erase(0, std::min(subject.text.find_first_not_of(dropped), subject.text.size()));
-    } else {
-      require(&(kind == 2 ? string.TrimRight() : string.TrimRight(character)) == &string, "result of TrimRight");
-      subject.text.erase(subject.text.find_last_not_of(dropped) + 1);
-    }
-    subject.residue = true;
-  }
-
-  void compare(const Subject<wchar_t>& subject) {
-    const Subject<wchar_t>& other = one(wide_);
-    const CSecStr &a = *subject.string, &b = *other.string;
-    const int order = sign(subject.text.compare(other.text));
+  void compare(const CSecStr& a, const std::wstring& text, const CSecStr& b, const std::wstring& other) {
+    const int order = sign(text.compare(other));
     require(sign(a.Compare(b)) == order, "Compare");
-    require(sign(a.CompareNoCase(b)) == sign(lower(subject.text).compare(lower(other.text))), "CompareNoCase");
+    require(sign(a.CompareNoCase(b)) == sign(mapped(text, std::towlower).compare(mapped(other, std::towlower))),
+            "CompareNoCase");
     require((a == b) == (order == 0) && (a != b) == (order != 0) && (a < b) == (order < 0), "operators");
     require((a == b.GetString()) == (order == 0) && (a.GetString() != b) == (order != 0), "operators with pointers");
   }
 
-  void characters(Subject<wchar_t>& subject) {
-    const int index = script_.position(subject.length());
-    const wchar_t character = script_.character<wchar_t>();
+  void characters(Subject<wchar_t>& subject, int index, wchar_t character) {
+    CSecStr& string = *subject.string;
     const bool in = index >= 0 && index < subject.length();
     wchar_t got = 0;
-    const bool readable = in || index == subject.length();
-    require(outcomeOf([&] { got = subject.string->GetAt(index); }) == (readable ? kDone : kArgument), "GetAt");
+    require(outcomeOf([&] { got = string.GetAt(index); }) == (in || index == subject.length() ? kDone : kArgument),
+            "GetAt");
     require(got == (in ? subject.text[static_cast<std::size_t>(index)] : 0), "result of GetAt");
-    require(outcomeOf([&] { subject.string->SetAt(index, character); }) == (in ? kDone : kArgument), "SetAt");
+    require(outcomeOf([&] { string.SetAt(index, character); }) == (in ? kDone : kArgument), "SetAt");
     if (in) {
       subject.text[static_cast<std::size_t>(index)] = character;
     }
-    require(subject.string->ReverseFind(character) == static_cast<int>(subject.text.rfind(character)), "ReverseFind");
     const std::size_t found =
         index < 0 ? std::wstring::npos : subject.text.find(character, static_cast<std::size_t>(index));
-    require(subject.string->Find(character, index) == static_cast<int>(found), "Find");
+    require(string.Find(character, index) == static_cast<int>(found), "Find of a character");
+    require(string.ReverseFind(character) == static_cast<int>(subject.text.rfind(character)), "ReverseFind");
   }
 
-  void part(Subject<wchar_t>& target, const Subject<wchar_t>& source) {
-    const int first = script_.position(source.length());
-    const int many = script_.position(source.length());
-    const int length = source.length();
-    switch (script_.next(4)) {
-      case 0:
-        target.string.emplace(source.string->Mid(first, many));
-        target.becomes(cut(source.text, first, many));
-        break;
-      case 1:
-        target.string.emplace(source.string->Mid(first));
-        target.becomes(cut(source.text, first, INT_MAX));
-        break;
-      case 2:
-        target.string.emplace(source.string->Left(many));
-        target.becomes(cut(source.text, 0, std::max(many, 0)));
-        break;
-      default:
-        target.string.emplace(source.string->Right(many));
-        target.becomes(cut(source.text, length - std::clamp(many, 0, length), length));
-    }
-  }
-
-  void join(Subject<wchar_t>& target, const Subject<wchar_t>& left) {
-    const Argument<wchar_t> right = argument(wide_);
-    switch (script_.next(3)) {
-      case 0:
-        *target.string = *left.string + right.pointer;
-        target.becomes(left.text + right.value);
-        break;
-      case 1:
-        *target.string = right.pointer + *left.string;
-        target.becomes(right.value + left.text);
-        break;
-      default:
-        *target.string = *left.string + *target.string;
-        target.becomes(left.text + target.text);
-    }
-  }
-
-  void format(Subject<wchar_t>& subject) {
-    const Argument<wchar_t> first = argument(wide_);
-    const Argument<wchar_t> second = argument(wide_);
-    const int number = static_cast<int>(script_.next(256)) - 128;
-    const unsigned most = script_.next(8);
-    const auto shown = [](const Argument<wchar_t>& text) { return text.pointer == nullptr ? L"(null)" : text.value; };
-    const std::wstring expected =
-        shown(first) + L":nar:" + std::to_wstring(number) + L"%" + second.value.substr(0, most);
-    subject.string->Format(L"%s:%.3S:%d%%%.*s", first.pointer, "narrow", number, static_cast<int>(most),
-                           second.pointer == nullptr ? L"" : second.pointer);
-    subject.becomes(expected);
-  }
-
-  void setString(Subject<wchar_t>& subject) {
-    const Argument<wchar_t> text = argument(wide_);
-    const auto [length, outcome] = count(text);
-    require(outcomeOf([&, n = length] { subject.string->SetString(text.pointer, n); }) == outcome, "end of SetString");
-    if (outcome == kDone) {
-      subject.becomes(text.value.substr(0, static_cast<std::size_t>(length)));
-    }
-  }
-
-  void editWide(unsigned choice) {
+  // What only the wide one has.
+  void edit() {
     Subject<wchar_t>& subject = one(wide_);
+    Subject<wchar_t>& other = one(wide_);
     CSecStr& string = *subject.string;
-    switch (choice) {
+    const std::wstring before = subject.text;
+    const std::wstring ofOther = other.text;
+    const int length = subject.length();
+    const int index = position(before.size());
+    const int many = position(before.size());
+    const auto c = character<wchar_t>();
+    const Argument<wchar_t> a = argument(wide_);
+    const Argument<wchar_t> b = argument(wide_);
+    switch (next(29)) {
       case 0:
-      case 1: {
-        const Argument<wchar_t> text = argument(wide_);
-        string = text.pointer;
-        subject.becomes(text.value);
-        break;
-      }
-      case 2: {
-        const Argument<wchar_t> text = argument(wide_);
-        string += text.pointer;
-        subject.becomes(subject.text + text.value);
-        break;
-      }
-      case 3: {
-        const Subject<wchar_t>& other = one(wide_);
+        string = a.pointer;
+        return subject.becomes(a.value);
+      case 1:
+        string += a.pointer;
+        return subject.becomes(before + a.value);
+      case 2:
         string += *other.string;
-        subject.becomes(subject.text + other.text);
-        break;
-      }
+        return subject.becomes(before + ofOther);
+      case 3:
+        string += c;
+        return subject.becomes(before + c);
       case 4:
-      case 5: {
-        const wchar_t added = script_.character<wchar_t>();
-        string += added;
-        subject.becomes(subject.text + added);
-        break;
-      }
-      case 6:
         string += L'\0';
-        require(string.GetLength() == subject.length() + 1 && string.Compare(subject.text.c_str()) == 0,
-                "adding a NUL");
+        require(string.GetLength() == length + 1 && string.Compare(before.c_str()) == 0, "adding a NUL");
         string.ReleaseBuffer(-1);
-        subject.becomes(std::wstring(subject.text));
-        break;
-      case 7: {
-        const int index = script_.position(subject.length());
-        const wchar_t added = script_.next(8) == 0 ? L'\0' : script_.character<wchar_t>();
-        const auto expected = inserted(subject.text, index, std::wstring(added != 0 ? 1 : 0, added));
-        require(string.Insert(index, added) == static_cast<int>(expected.size()), "result of Insert");
-        subject.residue = subject.residue && added == 0;
-        subject.text = expected;
-        break;
-      }
-      case 8: {
-        const Argument<wchar_t> text = argument(wide_);
-        string.Append(text.pointer);
-        subject.residue = subject.residue && text.value.empty();
-        subject.text += text.value;
-        break;
-      }
+        return subject.becomes(before);
+      case 5:
+        require(string.Insert(index, c) == length + 1 && string.Insert(index, L'\0') == length + 1, "Insert");
+        return subject.becomes(inserted(before, index, std::wstring(1, c)));
+      case 6:
+        string.Append(a.pointer);
+        return subject.becomes(before + a.value, subject.residue && a.value.empty());
+      case 7:
+        require(outcomeOf([&] { string.SetString(a.pointer, a.count); }) == a.outcome, "end of SetString");
+        return a.outcome == kDone ? subject.becomes(a.counted()) : void();
+      case 8:
       case 9:
       case 10:
-        setString(subject);
-        break;
+        return replace(subject, a, b);
       case 11:
-      case 12:
-      case 13:
-        replace(subject);
-        break;
-      case 14: {
-        const wchar_t dropped = script_.character<wchar_t>();
-        require(string.Remove(dropped) == static_cast<int>(std::erase(subject.text, dropped)), "result of Remove");
+        require(string.Remove(c) == static_cast<int>(std::erase(subject.text, c)), "result of Remove");
         subject.residue = true;
-        break;
-      }
-      case 15:
+        return;
+      case 12:
         string.MakeUpper();
-        subject.text = upper(subject.text);
-        break;
-      case 16:
+        return subject.becomes(mapped(before, std::towupper), subject.residue);
+      case 13:
         string.MakeLower();
-        subject.text = lower(subject.text);
-        break;
+        return subject.becomes(mapped(before, std::towlower), subject.residue);
+      case 14:
+        string.TrimLeft();
+        return subject.becomes(before.substr(std::min(before.find_first_not_of(L" \t"), before.size())), true);
+      case 15:
+        string.TrimLeft(c);
+        return subject.becomes(before.substr(std::min(before.find_first_not_of(c), before.size())), true);
+      case 16:
+        string.TrimRight();
+        return subject.becomes(before.substr(0, before.find_last_not_of(L" \t") + 1), true);
       case 17:
-        trim(subject);
-        break;
+        string.TrimRight(c);
+        return subject.becomes(before.substr(0, before.find_last_not_of(c) + 1), true);
       case 18:
+        *other.string = string.Mid(index, many);
+        return other.becomes(cut(before, index, many));
       case 19:
-        part(one(wide_), Subject<wchar_t>(subject));
-        break;
+        *other.string = string.Mid(index);
+        return other.becomes(cut(before, index, INT_MAX));
       case 20:
+        *other.string = string.Left(many);
+        return other.becomes(cut(before, 0, std::max(many, 0)));
       case 21:
-        join(one(wide_), subject);
-        break;
+        *other.string = string.Right(many);
+        return other.becomes(cut(before, length - std::clamp(many, 0, length), length));
       case 22:
-        format(subject);
-        break;
+        *other.string = string + a.pointer;
+        return other.becomes(before + a.value);
       case 23:
-        compare(subject);
-        break;
+        *other.string = a.pointer + string;
+        return other.becomes(a.value + before);
+      case 24:
+        *other.string = string + *other.string;
+        return other.becomes(before + ofOther);
+      case 25: {
+        const std::wstring shown = a.pointer == nullptr ? L"(null)" : a.value;
+        string.Format(L"%s:%.3S:%d%%%.*s", a.pointer, "narrow", many, 4, b.pointer == nullptr ? L"" : b.pointer);
+        return subject.becomes(shown + L":nar:" + std::to_wstring(many) + L"%" + b.value.substr(0, 4));
+      }
+      case 26:
+        return compare(string, before, *other.string, ofOther);
       default:
-        characters(subject);
+        return characters(subject, index, c);
     }
   }
 
@@ -557,50 +401,37 @@ class Run {
     Subject<wchar_t>& wide = one(wide_);
     Subject<char>& narrow = one(narrow_);
     const auto ascii = [](auto c) { return c > 0 && c < 0x80; };
-    if (script_.next(2) == 0 && std::ranges::all_of(narrow.text, ascii)) {
-      *wide.string =
-          script_.next(2) == 0 ? CSecStr(narrow.chars(), narrow.length()) : CSecStr(narrow.string->GetBuffer());
-      if (script_.next(2) == 0) {
-        *wide.string = narrow.chars();
-      }
+    const unsigned way = next(5);
+    if (way < 3 && std::ranges::all_of(narrow.text, ascii)) {
+      way == 0   ? wide.string.emplace(narrow.chars(), narrow.length())
+      : way == 1 ? wide.string.emplace(narrow.string->GetBuffer())
+                 : * wide.string = narrow.chars();
       wide.becomes({narrow.text.begin(), narrow.text.end()});
-    } else if (std::ranges::all_of(wide.text, ascii)) {
-      *narrow.string = wide.string->GetBuffer();
-      if (script_.next(2) == 0) {
-        narrow.string.emplace(*wide.string);
-      }
+    } else if (way >= 3 && std::ranges::all_of(wide.text, ascii)) {
+      way == 3 ? * narrow.string = wide.string->GetBuffer() : narrow.string.emplace(*wide.string);
       narrow.becomes({wide.text.begin(), wide.text.end()});
-    } else {
-      // What does not convert to as many bytes: the length is right, and nothing else is shown.
-      narrow.string.emplace(*wide.string);
-      narrow.becomes({narrow.chars(), static_cast<std::size_t>(wide.length())});
-      require(narrow.text.find(static_cast<char>(kFill)) == std::string::npos, "bytes that were never written");
-      narrow.string->Empty();
-      narrow.becomes({});
     }
   }
 
-  Script script_;
+  std::span<const std::uint8_t> rest_;
   const WatchedManager& memory_;
   Subjects<wchar_t> wide_;
   Subjects<char> narrow_;
 };
 
 struct Result {
-  std::string mismatch;  ///< empty: all agrees
   std::size_t operations = 0;
+  std::string mismatch;  ///< empty if there is none
 };
 
-/// Does the operations that `bytes` tell.
 inline Result run(std::span<const std::uint8_t> bytes) {
-  Result result;
   WatchedManager memory;
+  Result result;
   try {
-    require(outcomeOf([&] { result.operations = Run(bytes, memory)(); }) == kDone, "an exception");
-    require(memory.open() == 0, "a buffer was not given back");
-    require(memory.dirty() == 0, "a buffer was given back with something in it at the end");
+    result.operations = Run(bytes, memory)();
+    require(memory.clean(), "memory at the end");
   } catch (const Mismatch& mismatch) {
-    result.mismatch = mismatch.message;
+    result.mismatch = mismatch.what;
   }
   return result;
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -18,28 +19,21 @@ class Release : public support::MachineTest {
  protected:
   static support::LogRecord note(const std::wstring& text) { return {L"txhostkit", TXLOG_NOTE, text}; }
   static support::LogRecord error(const std::wstring& text) { return {L"txhostkit", TXLOG_ERROR, text}; }
-  static std::wstring hex(std::uint32_t number) {
-    constexpr const wchar_t* kDigits = L"0123456789abcdef";
-    std::wstring digits;
-    do {
-      digits.insert(digits.begin(), kDigits[number % 16]);
-      number /= 16;
-    } while (number != 0);
-    return digits;
-  }
   static support::LogRecord entry(const SAFEARRAY* array) {
-    return note(L"vlSafeArrayDestroy psa = " +
-                hex(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(array))));
+    return formatted(L"vlSafeArrayDestroy psa = %x",
+                     static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(array)));
   }
-  static support::LogRecord sizes(int element, int dimensions) {
-    return note(L"vlSafeArrayDestroy sizeElem = " + std::to_wstring(element) + L", nDim = " +
-                std::to_wstring(dimensions));
+  static support::LogRecord sizes(int element, std::size_t dimensions) {
+    return formatted(L"vlSafeArrayDestroy sizeElem = %d, nDim = %d", element, static_cast<int>(dimensions));
   }
   static support::LogRecord elements(std::size_t count) {
-    return note(L"vlSafeArrayDestroy nbElem = " + std::to_wstring(count));
+    return formatted(L"vlSafeArrayDestroy nbElem = %d", static_cast<int>(count));
   }
-  static support::LogRecord exit(HRESULT result) {
-    return note(L"vlSafeArrayDestroy hr = " + hex(static_cast<std::uint32_t>(result)));
+  static support::LogRecord exit(HRESULT result) { return formatted(L"vlSafeArrayDestroy hr = %x", result); }
+  static support::LogRecord formatted(const wchar_t* format, auto... values) {
+    wchar_t text[80];
+    std::swprintf(text, std::size(text), format, values...);
+    return note(text);
   }
 
   static SAFEARRAY* filled(VARTYPE type, std::vector<SAFEARRAYBOUND> bounds, std::size_t bytes) {
@@ -69,9 +63,7 @@ TEST_F(Release, ArraysOfAllShapes) {
     std::vector<SAFEARRAYBOUND> bounds;
     std::size_t count;
   } shapes[] = {{VT_UI1, 1, {{5, 0}}, 5},
-                {VT_I4, 4, {{3, -7}}, 3},
                 {VT_I2, 2, {{0, 0}}, 0},
-                {VT_I2, 2, {{4, 0}, {3, 1}}, 12},
                 {VT_R8, 8, {{2, 0}, {3, 1}, {4, -1}}, 24},
                 {VT_R8, 8, {{2, 0}, {0, 1}, {4, -1}}, 0}};
   for (const auto& [type, element, bounds, count] : shapes) {
@@ -106,16 +98,24 @@ TEST_F(Release, ElementsAreZeroedNotReleased) {
   SysFreeString(text);
 }
 
-TEST_F(Release, ArrayThatTheCallerHasLockedIsWipedAndStays) {
-  SAFEARRAY* const array = filled(VT_UI1, {{16, 0}}, 16);
-  void* data = nullptr;
-  ASSERT_EQ(SafeArrayAccessData(array, &data), S_OK);
-  EXPECT_EQ(vlSafeArrayDestroy(array, FALSE), DISP_E_ARRAYISLOCKED);
-  EXPECT_TRUE(log.was({entry(array), sizes(1, 1), elements(16), exit(DISP_E_ARRAYISLOCKED)}));
-  EXPECT_TRUE(allAre(0, data, 16));
-  EXPECT_EQ(array->cLocks, 1u);
-  SafeArrayUnaccessData(array);
-  EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+TEST_F(Release, ArraysThatAreLockedStay) {
+  const struct {
+    ULONG locks;
+    HRESULT result;
+    bool wiped;
+  } rows[] = {{1, DISP_E_ARRAYISLOCKED, true}, {0xFFFF, E_UNEXPECTED, false}};  // one more is refused
+  for (const auto& [locks, result, wiped] : rows) {
+    SAFEARRAY* const array = filled(VT_UI1, {{16, 0}}, 16);
+    array->cLocks = locks;
+    EXPECT_EQ(vlSafeArrayDestroy(array, FALSE), result);
+    EXPECT_TRUE(log.was({entry(array), sizes(1, 1),
+                         wiped ? elements(16) : error(L"vlSafeArrayDestroy SafeArrayAccessData failed hr = 8000ffff"),
+                         exit(result)}));
+    EXPECT_TRUE(allAre(wiped ? 0 : 0xbd, array->pvData, 16));
+    EXPECT_EQ(array->cLocks, locks);
+    array->cLocks = 0;
+    EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+  }
 }
 
 TEST_F(Release, ArrayWithoutDataStaysLocked) {
@@ -131,45 +131,29 @@ TEST_F(Release, ArrayWithoutDataStaysLocked) {
   EXPECT_EQ(SafeArrayDestroy(array), S_OK);
 }
 
-TEST_F(Release, ArrayThatCannotBeAccessed) {
-  SAFEARRAY* const array = filled(VT_UI1, {{16, 0}}, 16);
-  array->cLocks = 0xFFFF;  // one more is refused
-  EXPECT_EQ(vlSafeArrayDestroy(array, FALSE), E_UNEXPECTED);
-  EXPECT_TRUE(log.was({entry(array), sizes(1, 1), error(L"vlSafeArrayDestroy SafeArrayAccessData failed hr = 8000ffff"),
-                       exit(E_UNEXPECTED)}));
-  EXPECT_TRUE(allAre(0xbd, array->pvData, 16));
-  array->cLocks = 0;
-  EXPECT_EQ(SafeArrayDestroy(array), S_OK);
-}
-
 #ifndef _WIN32
 TEST_F(Release, StopsAtTheFirstFailure) {
   constexpr auto kFailure = static_cast<HRESULT>(0x8000ffffu);
-  const struct {
-    const char* function;
-    bool wiped;
-    std::vector<const char*> notCalled;
-  } rows[] = {{"SafeArrayAccessData", false, {"SafeArrayUnaccessData", "SafeArrayDestroy"}},
-              {"SafeArrayUnaccessData", true, {"SafeArrayDestroy"}},
-              {"SafeArrayDestroy", true, {}}};
-  for (const auto& [function, wiped, notCalled] : rows) {
+  const std::vector<std::string> calls = {"SafeArrayAccessData", "SafeArrayUnaccessData", "SafeArrayDestroy"};
+  for (std::size_t failing = 0; failing < calls.size(); ++failing) {
+    const std::string& function = calls[failing];
+    const bool wiped = failing != 0;
     SAFEARRAY* const array = filled(VT_UI1, {{16, 0}}, 16);
     faults().watch();
-    faults().fail(function, 1, vlplatform::FaultSpan::once, static_cast<DWORD>(kFailure));
+    faults().fail(function.c_str(), 1, vlplatform::FaultSpan::once, static_cast<DWORD>(kFailure));
     EXPECT_EQ(vlSafeArrayDestroy(array, FALSE), kFailure) << function;
     Records expected = {entry(array), sizes(1, 1)};
     if (wiped) {
       expected.push_back(elements(16));
     }
-    if (!notCalled.empty()) {
-      const std::string name(function);
+    if (failing != 2) {
       expected.push_back(
-          error(L"vlSafeArrayDestroy " + std::wstring(name.begin(), name.end()) + L" failed hr = 8000ffff"));
+          error(L"vlSafeArrayDestroy " + std::wstring(function.begin(), function.end()) + L" failed hr = 8000ffff"));
     }
     expected.push_back(exit(kFailure));
     EXPECT_TRUE(log.was(expected));
-    for (const char* const call : notCalled) {
-      EXPECT_EQ(faults().calls(call), 0u) << call;
+    for (std::size_t after = failing + 1; after < calls.size(); ++after) {
+      EXPECT_EQ(faults().calls(calls[after].c_str()), 0u) << calls[after];
     }
     EXPECT_TRUE(allAre(wiped ? 0 : 0xbd, array->pvData, 16));
     array->cLocks = 0;

@@ -60,29 +60,20 @@ struct Member {
 
 const Member<CSecStr> kWideMembers[] = {
     {"assign text", [](CSecStr& s) { s = L"another text that may need more room"; }},
-    {"assign null", [](CSecStr& s) { s = static_cast<const wchar_t*>(nullptr); }},
     {"assign object", [](CSecStr& s) { s = CSecStr(L"another text that may need more room"); }},
-    {"assign itself", [](CSecStr& s) { s = static_cast<const CSecStr&>(s); }},
     {"assign narrow", [](CSecStr& s) { s = "another text that may need more room"; }},
     {"grow", [](CSecStr& s) { s.GetBuffer(s.GetAllocLength() + 1); }, Left::sameOrEmpty},
     {"Replace", [](CSecStr& s) { s.Replace(L"e", L"<a longer text>"); }},
     {"add object", [](CSecStr& s) { s += CSecStr(L" and a second text that needs room"); }},
-    {"add text", [](CSecStr& s) { s += L" and a second text that needs room"; }},
     {"add character", [](CSecStr& s) { s += L'!'; }},
     {"Insert", [](CSecStr& s) { s.Insert(3, L" and a second text that needs room"); }},
-    {"Insert character", [](CSecStr& s) { s.Insert(3, L'!'); }},
-    {"Append", [](CSecStr& s) { s.Append(L" and a second text that needs room"); }},
     {"Append counted", [](CSecStr& s) { s.Append(L" and a second text that needs room", 20); }},
     {"SetString", [](CSecStr& s) { s.SetString(L"another text that may need more room", 30); }},
     {"Format", [](CSecStr& s) { s.Format(L"%s and %S and %40d", s.GetString(), "narrow", 5); }},
     {"Format resource", [](CSecStr& s) { s.Format(UINT{4000}); }},
     {"LoadStringW", [](CSecStr& s) { s.LoadStringW(4000); }, Left::sameOrEmpty},
     {"Mid", [](CSecStr& s) { s.Mid(2, 3); }},
-    {"Left", [](CSecStr& s) { s.Left(99); }},
-    {"Right", [](CSecStr& s) { s.Right(2); }},
-    {"join objects", [](CSecStr& s) { s + s; }},
     {"join texts", [](CSecStr& s) { L"text" + (s + L"text"); }},
-    {"copy", [](CSecStr& s) { CSecStr copy(s); }},
     {"constructors",
      [](CSecStr&) {
        CSecStr character(L'x'), counted(L"text", 4), narrow(const_cast<char*>("text")), countedNarrow("text", 4);
@@ -162,17 +153,13 @@ TEST_P(Sweep, Lists) {
 
 // An exception that is itself out of memory.
 TEST_P(Sweep, RefusalsWithoutMemory) {
-  for (std::uint64_t n = 1;; ++n) {
+  CSecStr string(L"secret");
+  for (std::uint64_t n = 1; n == 1 || failed(); ++n) {
     ASSERT_LT(n, kMostAllocations);
-    CSecStr string(L"secret");
     const std::string_view outcome =
         outcomeWithFailure(n, [&] { string.SetString(static_cast<const wchar_t*>(nullptr), 3); });
+    EXPECT_TRUE(failed() ? isOutOfMemory(outcome) : outcome == kInvalid) << outcome;
     EXPECT_EQ(textOf(string), L"secret");
-    if (!failed()) {
-      EXPECT_EQ(outcome, kInvalid);
-      break;
-    }
-    EXPECT_TRUE(isOutOfMemory(outcome)) << outcome;
   }
 }
 

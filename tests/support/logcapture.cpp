@@ -12,23 +12,6 @@
 namespace support {
 namespace {
 
-const char* levelName(int level) {
-  switch (level) {
-    case TXLOG_NOTE:
-      return "note";
-    case TXLOG_ERROR:
-      return "error";
-    case TXLOG_TRACE:
-      return "trace";
-    case TXLOG_ENTRY:
-      return "entry";
-    case TXLOG_EXIT:
-      return "exit";
-    default:
-      return nullptr;
-  }
-}
-
 using Records = std::vector<LogRecord>;
 
 void list(testing::AssertionResult& result, const char* title, const Records& records) {
@@ -41,11 +24,7 @@ void list(testing::AssertionResult& result, const char* title, const Records& re
 }  // namespace
 
 void PrintTo(const LogRecord& record, std::ostream* out) {
-  if (const char* const name = levelName(record.level)) {
-    *out << name;
-  } else {
-    *out << "level " << record.level;
-  }
+  *out << "level " << record.level;
   *out << " " << testing::PrintToString(record.tag) << " " << testing::PrintToString(record.text);
   if (!record.data.empty()) {
     *out << " " << testing::PrintToString(record.data);

@@ -4,10 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <future>
 #include <memory>
-#include <thread>
-#include <vector>
 
 namespace memoryscan {
 namespace {
@@ -61,50 +58,6 @@ TYPED_TEST(MemoryScanTest, FindsAWindowAtAnyPlaceButNothingShorter) {
   }
 }
 
-TEST(MemoryScan, FindsTheTextInEitherCase) {
-  const Secret secret;
-  Revealed<char> text(secret);
-  for (char* c = text.get(); *c != '\0'; ++c) {
-    *c = static_cast<char>(std::isupper(static_cast<unsigned char>(*c)) ? std::tolower(static_cast<unsigned char>(*c))
-                                                                        : std::toupper(static_cast<unsigned char>(*c)));
-  }
-  EXPECT_TRUE(secret.isIn(text.get(), Secret::kLength));
-}
-
-TEST(MemoryScan, FindsTheTextInReleasedHeapMemory) {
-  // Of a size that heaps don't give back to the system, with something behind it.
-  const Secret secret;
-  auto released = std::make_unique<Revealed<wchar_t>>(secret);
-  auto raw = std::unique_ptr<wchar_t[]>(new wchar_t[Secret::kLength]);
-  const auto behind = std::make_unique<char[]>(100);
-  secret.reveal(raw.get());
-  keep(raw.get());
-  released.reset();
-  raw.reset();
-  keep(behind.get());
-  const ScanResult result = scanMemory(secret);
-  EXPECT_EQ(result.count, 1u) << testing::PrintToString(result);
-}
-
-TEST(MemoryScan, FindsTheTextOnTheStackOfAnotherThread) {
-  const Secret secret;
-  std::promise<void> ready;
-  std::promise<void> done;
-  std::thread thread([&] {
-    Revealed<wchar_t> text(secret);
-    keep(text.get());
-    ready.set_value();
-    done.get_future().wait();
-  });
-  ready.get_future().wait();
-  const ScanResult alive = scanMemory(secret);
-  done.set_value();
-  thread.join();
-  EXPECT_EQ(alive.count, 1u) << testing::PrintToString(alive);
-  const ScanResult gone = scanMemory(secret);
-  EXPECT_EQ(gone.count, 0u) << testing::PrintToString(gone);
-}
-
 // A frame that ends without wiping, deep enough for the search not to overwrite it.
 [[gnu::noinline]] void leaveOnStack(const Secret& secret) {
   wchar_t text[16 * 1024];
@@ -127,13 +80,6 @@ TEST(MemoryScan, ScrubbingReachesTheDeadStackOnly) {
   EXPECT_EQ(result.count, 1u) << testing::PrintToString(result);
   EXPECT_EQ(result.first[0].address, inUse.get());
 #endif
-}
-
-TEST(MemoryScan, SecretsDiffer) {
-  const Secret first;
-  const Secret second;
-  Revealed<char> text(first);
-  EXPECT_FALSE(second.isIn(text.get(), Secret::kLength));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace {
 
 class Comparison : public support::MachineTest {};
 
-constexpr int kInvalidResult = ERROR_INVALID_PARAMETER;
+constexpr int kRefused = ERROR_INVALID_PARAMETER;
 
 TEST_F(Comparison, Results) {
   struct Row {
@@ -28,12 +28,12 @@ TEST_F(Comparison, Results) {
       {L"2013-03-28T12:00:00", L"2013-03-28T12:00:01", -1, 1},
       {L"2013-03-28", L"2013-03-28T00:00", 0, 0},
       // One of them is no text, or no time of the calendar.
-      {L"2013-03-28T12:00:00Z", L"2013-13-28T12:00:00Z", kInvalidResult, kInvalidResult},
-      {L"2013-03-28T12:00:00Z", L"", kInvalidResult, kInvalidResult},
-      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00Z", kInvalidResult, kInvalidResult},
-      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00", kInvalidResult, kInvalidResult},
-      {L"2013-03-28T12:00:00Z", nullptr, kInvalidResult, kInvalidResult},
-      {nullptr, nullptr, kInvalidResult, kInvalidResult},
+      {L"2013-03-28T12:00:00Z", L"2013-13-28T12:00:00Z", kRefused, kRefused},
+      {L"2013-03-28T12:00:00Z", L"", kRefused, kRefused},
+      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00Z", kRefused, kRefused},
+      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00", kRefused, kRefused},
+      {L"2013-03-28T12:00:00Z", nullptr, kRefused, kRefused},
+      {nullptr, nullptr, kRefused, kRefused},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(vlSysCompareISO8601(row.first, row.second), row.result)
@@ -44,40 +44,36 @@ TEST_F(Comparison, Results) {
 }
 
 TEST_F(Comparison, ReadsTheFirstTextBeforeTheSecondAndStopsAtAFailure) {
-  support::LogCapture log;
-  const auto record = [](int level, const wchar_t* text) { return support::LogRecord{L"txhostkit", level, text}; };
-  const std::vector<support::LogRecord> read = records({{TXLOG_ENTRY, L"vlSysISO8601ToSystemTime"},
-                                                        {TXLOG_ENTRY, L"vlSysParseISO8601Date"},
-                                                        {TXLOG_EXIT, L"vlSysParseISO8601Date (0)"},
-                                                        {TXLOG_ENTRY, L"vlSysParseISO8601Time"},
-                                                        {TXLOG_EXIT, L"vlSysParseISO8601Time (0)"},
-                                                        {TXLOG_EXIT, L"vlSysISO8601ToSystemTime (0)"}});
-  const std::vector<support::LogRecord> refuse = records({{TXLOG_ENTRY, L"vlSysISO8601ToSystemTime"},
-                                                          {TXLOG_ENTRY, L"vlSysParseISO8601Date"},
-                                                          {TXLOG_EXIT, L"vlSysParseISO8601Date (87)"},
-                                                          {TXLOG_EXIT, L"vlSysISO8601ToSystemTime (87)"}});
-  const auto framed = [&](std::initializer_list<std::vector<support::LogRecord>> texts, const wchar_t* exit) {
-    std::vector<support::LogRecord> all = {record(TXLOG_ENTRY, L"vlSysCompareISO8601")};
-    for (const auto& text : texts) {
-      all.insert(all.end(), text.begin(), text.end());
-    }
-    all.push_back(record(TXLOG_EXIT, exit));
-    return all;
-  };
+  const std::vector<std::wstring> read = {L"vlSysISO8601ToSystemTime",  L"vlSysParseISO8601Date",
+                                          L"vlSysParseISO8601Date (0)", L"vlSysParseISO8601Time",
+                                          L"vlSysParseISO8601Time (0)", L"vlSysISO8601ToSystemTime (0)"};
+  const std::vector<std::wstring> refuse = {L"vlSysISO8601ToSystemTime", L"vlSysParseISO8601Date",
+                                            L"vlSysParseISO8601Date (87)", L"vlSysISO8601ToSystemTime (87)"};
   const wchar_t* const early = L"2013-03-28T12:00:00Z";
   const wchar_t* const late = L"2013-03-28T12:00:01Z";
-  vlSysCompareISO8601(early, late);
-  EXPECT_TRUE(log.was(framed({read, read}, L"vlSysCompareISO8601: returns nRet = 0xffffffff")));
-  vlSysCompareISO8601(late, early);
-  EXPECT_TRUE(log.was(framed({read, read}, L"vlSysCompareISO8601: returns nRet = 0x1")));
-  vlSysCompareISO8601(late, late);
-  EXPECT_TRUE(log.was(framed({read, read}, L"vlSysCompareISO8601: returns nRet = 0x0")));
-  vlSysCompareISO8601(early, L"");
-  EXPECT_TRUE(log.was(framed({read, refuse}, L"vlSysCompareISO8601: returns nRet = 0x57")));
-  vlSysCompareISO8601(L"", early);
-  EXPECT_TRUE(log.was(framed({refuse}, L"vlSysCompareISO8601: returns nRet = 0x57")));
-  vlSysCompareISO8601(early, nullptr);
-  EXPECT_TRUE(log.was(framed({}, L"vlSysCompareISO8601: returns nRet = 0x57")));
+  const struct {
+    const wchar_t *first, *second, *result;
+    std::vector<std::vector<std::wstring>> texts;
+  } rows[] = {{early, late, L"0xffffffff", {read, read}},
+              {late, early, L"0x1", {read, read}},
+              {early, L"", L"0x57", {read, refuse}},
+              {L"", early, L"0x57", {refuse}},
+              {early, nullptr, L"0x57", {}}};
+  for (const auto& row : rows) {
+    support::LogCapture log;
+    vlSysCompareISO8601(row.first, row.second);
+    std::vector<std::wstring> logged, expected = {L"vlSysCompareISO8601"};
+    for (const support::LogRecord& record : log.records()) {
+      logged.push_back(record.text);
+    }
+    for (const auto& text : row.texts) {
+      expected.insert(expected.end(), text.begin(), text.end());
+    }
+    expected.push_back(std::wstring(L"vlSysCompareISO8601: returns nRet = ") + row.result);
+    EXPECT_EQ(logged, expected);
+    EXPECT_EQ(log.records().front().level, TXLOG_ENTRY);
+    EXPECT_EQ(log.records().back().level, TXLOG_EXIT);
+  }
 }
 
 }  // namespace

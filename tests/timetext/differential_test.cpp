@@ -10,18 +10,15 @@ namespace timetext {
 namespace {
 
 // Wine's calendar is wider than the platform's: what it takes beyond is compared on the native target only.
-bool comparable(const oracle::Reading& reading) {
 #ifdef _WIN32
-  return !reading.strict;
+constexpr bool kStrict = false;
 #else
-  static_cast<void>(reading);
-  return true;
+constexpr bool kStrict = true;
 #endif
-}
 
 testing::AssertionResult agrees(const std::wstring& text, int localBias) {
   const oracle::Reading reading = oracle::read(text, localBias);
-  if (!comparable(reading)) {
+  if (reading.strict && !kStrict) {
     return testing::AssertionSuccess();
   }
   const ToFields time(text.c_str());
@@ -73,8 +70,8 @@ TEST(TimeTextDifferential, SectionsOfEveryLength) {
 }
 
 TEST(TimeTextDifferential, EveryOffset) {
-  for (int hours = 0; hours <= 14; ++hours) {
-    for (int minutes = 0; minutes < 60; ++minutes) {
+  for (int hours = 0; hours <= 99; ++hours) {
+    for (int minutes = 0; minutes < 100; minutes += hours < 15 ? 1 : 33) {
       for (const wchar_t* const format :
            {L"2013-01-01T00:00%lc%02d:%02d", L"20130101 0000%lc%02d%02d", L"20130101T00%lc%02d"}) {
         for (const wchar_t marker : {L'+', L'-', L'Z'}) {

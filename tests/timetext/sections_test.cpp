@@ -46,58 +46,24 @@ TEST_F(Sections, DateStoresItsFieldsUpToTheOneThatFails) {
                                       {L"20130328", 0, {2013, 3, x, 28, x, x, x, x}},
                                       {L"2013-03-28", 0, {2013, 3, x, 28, x, x, x, x}},
                                       {L"201-", 0, {201, x, x, x, x, x, x, x}},
-                                      {L"----", 0, {0, x, x, x, x, x, x, x}},
-                                      {L"2013-12-31", 0, {2013, 12, x, 31, x, x, x, x}},
                                       {L"2013-13", kInvalid, {2013, 13, x, x, x, x, x, x}},
                                       {L"2013--1", kInvalid, {2013, 65535, x, x, x, x, x, x}},
                                       {L"20131332", kInvalid, {x, 13, x, x, x, x, x, x}},
-                                      {L"20131232", kInvalid, {x, 12, x, 32, x, x, x, x}},
                                       {L"2013-13-32", kInvalid, {x, x, x, 32, x, x, x, x}},
-                                      {L"2013-13-31", kInvalid, {2013, 13, x, 31, x, x, x, x}},
-                                      {L"2013/03", kInvalid, untouchedTime()},
-                                      {L"2013103", kInvalid, untouchedTime()},
                                       {L"2013-03128", kInvalid, untouchedTime()},
                                       {L"2013103-28", kInvalid, untouchedTime()},
-                                      {L"2013-", kInvalid, untouchedTime()},
-                                      {L"20:3", kInvalid, untouchedTime()},
                                       {L"", kInvalid, untouchedTime()}});
 }
 
 TEST_F(Sections, TimeStoresItsFields) {
   expectRows(&vlSysParseISO8601Time, {{L"12", 0, {x, x, x, x, 12, x, x, x}},
                                       {L"1234", 0, {x, x, x, x, 12, 34, x, x}},
-                                      {L"12:34", 0, {x, x, x, x, 12, 34, x, x}},
                                       {L"123456", 0, {x, x, x, x, 12, 34, 56, x}},
                                       {L"12:34:56", 0, {x, x, x, x, 12, 34, 56, x}},
-                                      {L"99:99:99", 0, {x, x, x, x, 99, 99, 99, x}},
                                       {L":1", 0, {x, x, x, x, 0, x, x, x}},
-                                      {L":::::", 0, {x, x, x, x, 0, 0, x, x}},
-                                      {L"12345", kInvalid, untouchedTime()},
                                       {L"12:34156", kInvalid, untouchedTime()},
                                       {L"12134:56", kInvalid, untouchedTime()},
-                                      {L"1-", kInvalid, untouchedTime()},
                                       {L"", kInvalid, untouchedTime()}});
-}
-
-// Every pair of two-digit numbers, in each form, on both sides.
-TEST_F(Sections, OffsetsEndAtTheirLimits) {
-  const auto twoDigits = [](int n) { return std::wstring{wchar_t(L'0' + n / 10), wchar_t(L'0' + n % 10)}; };
-  for (int hours = 0; hours < 100; ++hours) {
-    for (int minutes = 0; minutes < 100; ++minutes) {
-      for (const bool positive : {true, false}) {
-        for (const wchar_t* const colon : {L":", L""}) {
-          const std::wstring section = twoDigits(hours) + colon + twoDigits(minutes);
-          const bool good = minutes < 60 && hours * 100 + minutes <= (positive ? 1359 : 1259);
-          SYSTEMTIME time = untouchedTime();
-          TIME_ZONE_INFORMATION zone{};
-          const DWORD result = vlSysParseISO8601TimeZone(section.c_str(), &time, positive, &zone);
-          ASSERT_EQ(result, good ? ERROR_SUCCESS : kInvalid) << testing::PrintToString(section) << positive;
-          ASSERT_EQ(zone.Bias, good ? (positive ? -1 : 1) * (hours * 60 + minutes) : 0)
-              << testing::PrintToString(section) << positive;
-        }
-      }
-    }
-  }
 }
 
 TEST_F(Sections, OffsetTouchesThreeMembersOfTheZoneAndNoTime) {
@@ -132,20 +98,17 @@ TEST_F(Sections, NullArgumentsAreRefusedWithinTheFrame) {
     return std::vector<support::LogRecord>{{L"txhostkit", TXLOG_ENTRY, name},
                                            {L"txhostkit", TXLOG_EXIT, name + std::wstring(L" (87)")}};
   };
-  EXPECT_EQ(vlSysParseISO8601Date(nullptr, &time), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601Date")));
-  EXPECT_EQ(vlSysParseISO8601Date(L"2013", nullptr), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601Date")));
-  EXPECT_EQ(vlSysParseISO8601Time(nullptr, &time), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601Time")));
-  EXPECT_EQ(vlSysParseISO8601Time(L"12", nullptr), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601Time")));
-  EXPECT_EQ(vlSysParseISO8601TimeZone(nullptr, &time, true, &zone), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601TimeZone")));
-  EXPECT_EQ(vlSysParseISO8601TimeZone(L"01", nullptr, true, &zone), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601TimeZone")));
-  EXPECT_EQ(vlSysParseISO8601TimeZone(L"01", &time, true, nullptr), kInvalid);
-  EXPECT_TRUE(log.was(frame(L"vlSysParseISO8601TimeZone")));
+  const auto expectRefused = [&](DWORD result, const wchar_t* name) {
+    EXPECT_EQ(result, kInvalid);
+    EXPECT_TRUE(log.was(frame(name)));
+  };
+  expectRefused(vlSysParseISO8601Date(nullptr, &time), L"vlSysParseISO8601Date");
+  expectRefused(vlSysParseISO8601Date(L"2013", nullptr), L"vlSysParseISO8601Date");
+  expectRefused(vlSysParseISO8601Time(nullptr, &time), L"vlSysParseISO8601Time");
+  expectRefused(vlSysParseISO8601Time(L"12", nullptr), L"vlSysParseISO8601Time");
+  expectRefused(vlSysParseISO8601TimeZone(nullptr, &time, true, &zone), L"vlSysParseISO8601TimeZone");
+  expectRefused(vlSysParseISO8601TimeZone(L"01", nullptr, true, &zone), L"vlSysParseISO8601TimeZone");
+  expectRefused(vlSysParseISO8601TimeZone(L"01", &time, true, nullptr), L"vlSysParseISO8601TimeZone");
   EXPECT_TRUE(same(time, untouchedTime()));
 }
 

@@ -125,13 +125,6 @@ TEST_F(Environment, LateRecordsStillArrive) {
   EXPECT_EQ(recordsOf(linesOf(file)), Lines{"note t late"});
 }
 
-TEST_F(Environment, AFileThatCannotBeOpenedIsNamedOnce) {
-  const fs::path file = folder / u8"missing" / "log";
-  const Lines lines = standardErrorOf(toFile(file), "levels");
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_EQ(lines[0].rfind("txlogu: the log file can't be written: ", 0), 0u) << lines[0];
-}
-
 // Two processes with several threads each: every line is whole and none is missing.
 TEST_F(Environment, LinesOfThreadsAndProcessesDoNotMix) {
   const fs::path file = folder / u8"log";

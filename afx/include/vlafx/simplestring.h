@@ -20,7 +20,11 @@ class CSimpleStringT {
   using PCXSTR = const Char*;
 
   VLAFX_API CSimpleStringT() noexcept;
-  VLAFX_API ~CSimpleStringT();
+  ~CSimpleStringT() {
+    if (header()->nRefs > 0) {
+      giveBack(header());
+    }
+  }
   CSimpleStringT(const CSimpleStringT&) = delete;
   CSimpleStringT& operator=(const CSimpleStringT&) = delete;
 
@@ -41,8 +45,20 @@ class CSimpleStringT {
   }
   /// Sets the length, -1 to measure it, and terminates the text. The buffer stays. Throws CInvalidArgException* for a
   /// length that does not fit.
-  VLAFX_API void ReleaseBuffer(int n = -1);
-  VLAFX_API void ReleaseBufferSetLength(int n);
+  void ReleaseBuffer(int n = -1) { ReleaseBufferSetLength(n != -1 ? n : measure()); }
+  void ReleaseBufferSetLength(int n) {
+    if (static_cast<unsigned>(n) > static_cast<unsigned>(GetAllocLength())) {  // a negative one also
+      refuse();
+    }
+    setLength(n);
+  }
+
+  /// Exchanges the buffers, each with its manager. Allocates nothing.
+  void swap(CSimpleStringT& other) noexcept {
+    const PXSTR data = m_pszData;
+    m_pszData = other.m_pszData;
+    other.m_pszData = data;
+  }
 
   /// Copies `length` characters; `text` may lie in this buffer. Throws CInvalidArgException* for a negative length, and
   /// for a null text with a length other than 0.
@@ -55,10 +71,20 @@ class CSimpleStringT {
  protected:
   CStringData* header() const noexcept { return reinterpret_cast<CStringData*>(m_pszData) - 1; }
   /// Sets a length that fits and terminates the text. Writes nothing to the static empty buffer.
-  void setLength(int n) noexcept;
+  void setLength(int n) noexcept {
+    if (GetAllocLength() != 0) {
+      header()->nDataLength = n;
+      m_pszData[n] = Char();
+    }
+  }
 
  private:
   VLAFX_API void grow(int n);
+  /// The characters before the first NUL, at most the allocated length.
+  VLAFX_API int measure() const noexcept;
+  [[noreturn]] VLAFX_API static void refuse();
+  /// Releases a block that no core has any more.
+  VLAFX_API static void giveBack(CStringData* block) noexcept;
   /// A block for `n` characters at least that takes the place of the present one.
   CStringData* larger(int n) const;
   /// Makes `block` the core's own and gives the former one back.

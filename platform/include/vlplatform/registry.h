@@ -84,7 +84,7 @@ extern "C" {
 /// On failure `*result` is null. A null path is the key itself. Each handle wants a RegCloseKey.
 VLPLATFORM_API LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD options, REGSAM access, PHKEY result);
 VLPLATFORM_API LSTATUS RegOpenKeyExA(HKEY key, LPCSTR path, DWORD options, REGSAM access, PHKEY result);
-/// Makes the missing keys of the path, all of them volatile with REG_OPTION_VOLATILE. A null path is ERROR_BADKEY.
+/// Makes the missing keys of the path, all of them volatile with REG_OPTION_VOLATILE.
 /// `className` and `security` are not looked at.
 VLPLATFORM_API LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
                                        REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
@@ -96,7 +96,7 @@ VLPLATFORM_API LSTATUS RegCloseKey(HKEY key);
 
 /// A null or empty name is the key's unnamed value. With a null buffer the size is told; a buffer that is too small
 /// stays as it is, and `*size` becomes what is needed (ERROR_MORE_DATA). A missing value is ERROR_FILE_NOT_FOUND and
-/// leaves type and size alone.
+/// leaves the type alone, and the size unless the buffer is null, which makes it 0.
 VLPLATFORM_API LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
                                         LPDWORD size);
 VLPLATFORM_API LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,

@@ -83,9 +83,6 @@ LSTATUS createKey(const char* function, HKEY key, LPCWSTR path, DWORD reserved, 
       return ERROR_INVALID_PARAMETER;
     }
     *result = nullptr;
-    if (path == nullptr) {
-      return ERROR_BADKEY;
-    }
     Way way;
     DWORD code = go(state, key, path, access, &way);
     const bool exists = way.missing.empty();

@@ -63,7 +63,13 @@ LSTATUS queryValue(const char* function, HKEY key, LPCWSTR name, Width width, co
       return code;
     }
     const Value* const value = opened->key->value(nameOf(name));
-    return value != nullptr ? tell(*value, width, type, data, size) : DWORD{ERROR_FILE_NOT_FOUND};
+    if (value == nullptr) {
+      if (data == nullptr && size != nullptr) {
+        *size = 0;
+      }
+      return ERROR_FILE_NOT_FOUND;
+    }
+    return tell(*value, width, type, data, size);
   });
 }
 

@@ -43,7 +43,9 @@ std::wstring decodeFile(std::string_view bytes) {
     bytes.remove_prefix(kUtf16Mark.size());
     const std::vector<BYTE> wide = fromUtf16({bytes.begin(), bytes.end()});
     std::wstring chars(wide.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(chars.data(), wide.data(), chars.size() * sizeof(wchar_t));
+    if (!chars.empty()) {
+      std::memcpy(chars.data(), wide.data(), chars.size() * sizeof(wchar_t));
+    }
     if (bytes.size() % 2 != 0) {
       throw Broken{1 + static_cast<unsigned>(std::count(chars.begin(), chars.end(), L'\n')),
                    "the file ends within a character"};

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <iosfwd>
+#include <type_traits>
 
-#include <support/machinetest.h>
 #include <memoryscan/memoryscan.h>
+#include <support/machinetest.h>
 #include <vlhostkit/securelist.h>
 #include <vlhostkit/securestring.h>
 
@@ -41,7 +43,8 @@ class Stage {
  public:
   enum class Questions { asked, notAsked };
 
-  Stage(const memoryscan::Secret& secret, Questions questions) : secret_(secret), asked_(questions == Questions::asked) {}
+  Stage(const memoryscan::Secret& secret, Questions questions)
+      : secret_(secret), asked_(questions == Questions::asked) {}
 
   const memoryscan::Secret& secret() const { return secret_; }
 
@@ -55,18 +58,10 @@ class Stage {
   bool asked_;
 };
 
-/// A string of the secret. The caller's copy has ended.
-inline CSecStr wideSecret(const Stage& stage) {
-  return CSecStr(memoryscan::Revealed<wchar_t>(stage.secret()).get());
-}
-inline CSecStrA narrowSecret(const Stage& stage) {
-  return CSecStrA(memoryscan::Revealed<char>(stage.secret()).get());
-}
-
 /// Does one thing with a secret, and ends all objects that it made.
 struct Operation {
   const char* name;
-  void (*run)(const Stage& stage);
+  std::function<void(const Stage& stage)> run;
   /// Which blocks other than the buffers of string cores it promises to zero, whole.
   enum class Blocks { some, all } zeroed = Blocks::some;
   /// Who has the memory: the heap, or the platform, whose allocations are not watched.
@@ -79,18 +74,52 @@ class WipeProof : public support::MachineTest, public testing::WithParamInterfac
   void SetUp() override;
 };
 
-/// Moves the text of a string to a larger buffer.
+inline constexpr auto kNameOf = [](const auto& info) { return info.param.name; };
+
+/// A string of the secret. The caller's copy has ended.
 template <class String>
-struct Growth {
-  const char* name;
-  void (*run)(String& text);
-};
-template <class String>
-void PrintTo(const Growth<String>& growth, std::ostream* out) {
-  *out << growth.name;
+String stringOf(const Stage& stage) {
+  using Char = std::remove_reference_t<decltype(*std::declval<String>().GetBuffer())>;
+  return String(static_cast<const Char*>(memoryscan::Revealed<Char>(stage.secret()).get()));
 }
 
-inline constexpr auto kNameOf = [](const auto& info) { return info.param.name; };
+template <class String, class Act>
+void actOn(String& text, const Stage& stage, const Act& act) {
+  if constexpr (std::is_invocable_v<Act, String&>) {
+    act(text);
+  } else {
+    act(text, stage);
+  }
+}
+
+/// The run of an operation that does `use` with a string of the secret, which holds it afterwards also.
+template <class String = CSecStr, class Use>
+auto keeping(Use use) {
+  return [use](const Stage& stage) {
+    String text = stringOf<String>(stage);
+    actOn(text, stage, use);
+    stage.expectAlive();
+  };
+}
+/// That of one after whose `change` it holds another text.
+template <class String = CSecStr, class Change>
+auto changing(Change change) {
+  return [change](const Stage& stage) {
+    String text = stringOf<String>(stage);
+    actOn(text, stage, change);
+    stage.expectGone();
+  };
+}
+/// That of one that makes another string with `derive` and lets the first go.
+template <class String = CSecStr, class Derive>
+auto deriving(Derive derive) {
+  return [derive](const Stage& stage) {
+    String text = stringOf<String>(stage);
+    const String derived = derive(text);
+    text.Empty();
+    stage.expectAlive();
+  };
+}
 
 /// Overwrites what ended calls have left on the stack, then expects no copy (in the control program: a copy).
 void expectNoCopy(const memoryscan::Secret& secret);
