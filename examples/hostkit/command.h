@@ -15,6 +15,7 @@ struct Context {
   std::function<void()> command;
 };
 
+void registerRegistry(CLI::App& app, Context& context);
 void registerTime(CLI::App& app, Context& context);
 void registerTour(CLI::App& app, Context& context);
 

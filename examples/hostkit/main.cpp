@@ -11,6 +11,7 @@
 #include "command.h"
 #include "console.h"
 #include "logtap.h"
+#include "state.h"
 #include "text.h"
 
 namespace {
@@ -54,9 +55,11 @@ int run(const std::vector<std::string>& arguments) {
   app.set_version_flag("--version", "hostkit " HOSTKIT_VERSION, "Print the version and exit");
   app.add_flag("--json", context.output.json, "Print one JSON object a line");
   app.add_flag("--log", context.log, "Show the library's log records on standard error");
+  addStateOption(app);
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kNotes);
+  registerRegistry(app, context);
   registerTime(app, context);
   registerTour(app, context);
 

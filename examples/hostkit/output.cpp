@@ -25,7 +25,7 @@ void Output::result(std::string_view readable, const Json& object) {
   }
 }
 
-void Output::failure(std::string_view place, std::string_view words, unsigned long code, Json object) {
+void Output::failure(std::string_view place, std::string_view words, long long code, Json object) {
   failed_ = true;
   if (json) {
     object["error"] = words;

@@ -24,7 +24,7 @@ class Output {
   void result(std::string_view readable, const Json& object);
 
   /// Prints what went wrong: readable as "PLACE: WORDS (CODE)", as JSON `object` with "error" and "code" added.
-  void failure(std::string_view place, std::string_view words, unsigned long code, Json object);
+  void failure(std::string_view place, std::string_view words, long long code, Json object);
 
   /// Prints a line on standard output, or on standard error behind all that was printed before. A standard error that
   /// takes nothing is passed over, unless its reader has left.

@@ -5,12 +5,13 @@
 
 namespace {
 
+template <class Code>
 struct Words {
-  DWORD code;
+  Code code;
   const char* words;
 };
 
-constexpr Words kWords[] = {
+constexpr Words<DWORD> kWords[] = {
     {ERROR_SUCCESS, "done"},
     {ERROR_NOT_ENOUGH_MEMORY, "out of memory"},
     {ERROR_INVALID_PARAMETER, "no such form, or a value out of its range"},
@@ -20,10 +21,27 @@ constexpr Words kWords[] = {
     {ERROR_CANNOT_COPY, "a part of the text can't be copied"},
 };
 
+constexpr Words<int> kRegistryWords[] = {
+    {kRegistryDone, "done"},
+    {kRegistryRefused, "missing, or could not be opened, read or changed"},
+    {kRegistryTooSmall, "it grows faster than it can be read"},
+    {kRegistryBadArgument, "invalid argument"},
+    {kRegistryOtherType, "the value has another type"},
+};
+
+template <class Table, class Code>
+std::string lookUp(const Table& table, Code code) {
+  const auto found =
+      std::find_if(std::begin(table), std::end(table), [code](const auto& entry) { return entry.code == code; });
+  return found != std::end(table) ? found->words : "the platform reports a failure";
+}
+
 }  // namespace
 
 std::string resultInWords(DWORD code) {
-  const auto* const found =
-      std::find_if(std::begin(kWords), std::end(kWords), [code](const Words& entry) { return entry.code == code; });
-  return found != std::end(kWords) ? found->words : "the platform reports a failure";
+  return lookUp(kWords, code);
+}
+
+std::string registryResultInWords(int result) {
+  return lookUp(kRegistryWords, result);
 }

@@ -1,4 +1,3 @@
-#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -8,6 +7,7 @@
 #include "arguments.h"
 #include "command.h"
 #include "items.h"
+#include "number.h"
 #include "results.h"
 #include "text.h"
 #include "timevalue.h"
@@ -63,19 +63,8 @@ void parseText(Context& context, const Item& item) {
                         object);
 }
 
-// A decimal number with or without "-", or "0x" and hex digits, which are taken as the 64 bits of the count.
-std::optional<LONGLONG> ticksFromText(std::string_view text) {
-  const auto number = [](std::string_view digits, int base, auto value) -> std::optional<LONGLONG> {
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, value, base);
-    return error == std::errc() && stop == end ? std::optional(static_cast<LONGLONG>(value)) : std::nullopt;
-  };
-  const bool hex = text.starts_with("0x") || text.starts_with("0X");
-  return hex ? number(text.substr(2), 16, std::uint64_t{}) : number(text, 10, LONGLONG{});
-}
-
 void formatTicks(Context& context, const Item& item) {
-  const std::optional<LONGLONG> ticks = ticksFromText(item.text);
+  const std::optional<LONGLONG> ticks = numberFromText<LONGLONG>(item.text);
   if (!ticks) {
     context.output.failure(item.place(), "no tick count", ERROR_INVALID_PARAMETER, item.object());
     return;

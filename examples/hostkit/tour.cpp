@@ -7,7 +7,7 @@
 namespace {
 
 // One section a family, in the order of the page.
-constexpr void (*kSections[])(TourPage&) = {tourTime, tourSecret};
+constexpr void (*kSections[])(TourPage&) = {tourTime, tourRegistry, tourSecret};
 
 constexpr std::size_t kLabelWidth = 34;
 
@@ -36,6 +36,10 @@ void TourPage::fact(std::string_view label, std::string_view value) {
 
 void TourPage::missing(std::string_view label, unsigned long code) {
   context_.output.failure(label, resultInWords(static_cast<DWORD>(code)), code, {{"title", title_}, {"fact", label}});
+}
+
+void TourPage::refused(std::string_view label, int result) {
+  context_.output.failure(label, registryResultInWords(result), result, {{"title", title_}, {"fact", label}});
 }
 
 void registerTour(CLI::App& app, Context& context) {

@@ -16,6 +16,8 @@ class TourPage {
   /// A fact that the section learned, and one that it could not learn, with the result that it got.
   void fact(std::string_view label, std::string_view value);
   void missing(std::string_view label, unsigned long code);
+  /// The same with the result of a registry function.
+  void refused(std::string_view label, int result);
 
   Context& context() { return context_; }
 
@@ -25,6 +27,7 @@ class TourPage {
 };
 
 void tourTime(TourPage& page);
+void tourRegistry(TourPage& page);
 void tourSecret(TourPage& page);
 
 #endif

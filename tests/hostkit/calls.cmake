@@ -3,29 +3,7 @@
 #   cmake [-DEMULATOR=<command>] -DPROGRAM=<file> -DVERSION=<version> -DSCRATCH=<folder> -P calls.cmake
 cmake_minimum_required(VERSION 3.25)
 
-# Sets `run_code`, `run_out` and `run_err` for the call. INPUT is what standard input holds.
-function(call)
-  cmake_parse_arguments(PARSE_ARGV 0 ARG "" "INPUT" "ARGS")
-  file(WRITE "${SCRATCH}/input.txt" "${ARG_INPUT}")
-  execute_process(COMMAND ${EMULATOR} ${PROGRAM} ${ARG_ARGS} INPUT_FILE "${SCRATCH}/input.txt" TIMEOUT 60
-    RESULT_VARIABLE run_code OUTPUT_VARIABLE run_out ERROR_VARIABLE run_err)
-  return(PROPAGATE run_code run_out run_err)
-endfunction()
-
-function(compare case what expected actual)
-  if(NOT "x${actual}" STREQUAL "x${expected}")
-    message(SEND_ERROR "${case}: ${what}\n--- expected\n${expected}\n--- actual\n${actual}\n---")
-  endif()
-endfunction()
-
-# OUT and ERR are all of it, line ends included.
-function(expect case)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "INPUT;CODE;OUT;ERR" "ARGS")
-  call(ARGS ${ARG_ARGS} INPUT "${ARG_INPUT}")
-  compare("${case}" "exit code" "${ARG_CODE}" "${run_code}")
-  compare("${case}" "standard output" "${ARG_OUT}" "${run_out}")
-  compare("${case}" "standard error" "${ARG_ERR}" "${run_err}")
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/expect.cmake")
 
 set(bad "no such form, or a value out of its range (87)")
 set(hint "Run with --help for more information.\n")
@@ -109,7 +87,8 @@ foreach(pattern IN ITEMS "\n  In UTC +20[0-9][0-9]-[0-9-]+T[0-9:]+Z\n" "\n  This
     "record 8 +\\[exit\\] vlSysISO8601ToSystemTime [(]0[)]\n"
     "\n  Before it arrives +0 copies in [^\n]+\n[^\n]+\n  While it is held +[1-9][^\n]+\n"
     "\n  While all of them are held +[1-9][^\n]+\n  Let go +0 copies in [^\n]+\n"
-    "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
+    "\n  Paths, as the type it has +REG_MULTI_SZ 'C:.Data' 'D:.More'\n" "and in the 32-bit view +REG_SZ '32-bit'\n"
+    "The key with all below it +done [(]0[)]\n" "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
   if(NOT run_out MATCHES "${pattern}")
     message(SEND_ERROR "tour: nothing matches ${pattern} in\n${run_out}")
   endif()
