@@ -29,7 +29,7 @@ A key with subkeys wants --recursive. On platforms without RegDeleteKeyEx, and w
 --children-only, a key is looked up in the program's own view, whatever --view says;
 with it, no --view means the 32-bit one.)";
 
-/// What the options of one call say. NAME is empty for the unnamed value.
+// What the options of one call say. NAME is empty for the unnamed value.
 struct Request {
   std::string key;
   std::string name;
@@ -188,7 +188,7 @@ Command addCommand(CLI::App* group, Context& context, const char* name, const ch
   asWritten(app->add_option("KEY", request->key, "The key"))->required();
   app->add_option("--view", request->view, "The view of the registry; without it the program's own")
       ->check(CLI::IsMember({"64", "32"}))
-      ->type_name("");
+      ->type_name("BITS");
   app->callback([&context, request, run] {
     context.command = [&context, request, run] {
       const std::optional<RegistryKey> key = registryKeyFromText(request->key, request->section());
@@ -207,7 +207,7 @@ CLI::Option* addType(const Command& command, const char* option, const std::vect
                      const char* description) {
   return command.app->add_option(option, command.request->type, description)
       ->check(CLI::IsMember(words))
-      ->type_name("");
+      ->type_name("TYPE");
 }
 
 }  // namespace
