@@ -187,25 +187,26 @@ void describeEnvironment(const Node& environment) {
   });
 }
 
+// A misspelt name would go unnoticed: what can't be found is missing anyway.
 void describeMissing(const Node& missing) {
   missing.forEachElement([](const Node& node) {
     const std::string text = node.text();
     const std::size_t separator = text.find('!');
     const std::wstring module = toWide(text.substr(0, separator));
-    const HMODULE handle = machine().modules().handle(module);
+    const HMODULE handle = LoadLibraryW(module.c_str());
     if (handle == nullptr) {
       node.fail("this platform has no module of that name");
     }
     if (separator == std::string::npos) {
       machine().modules().remove(module);
-      return;
+    } else {
+      const std::string entryPoint = text.substr(separator + 1);
+      if (GetProcAddress(handle, entryPoint.c_str()) == nullptr) {
+        node.fail("the module has no entry point of that name");
+      }
+      machine().modules().removeEntryPoint(module, entryPoint);
     }
-    const std::string entryPoint = text.substr(separator + 1);
-    FARPROC address = nullptr;
-    if (machine().modules().find(handle, entryPoint, &address) != ERROR_SUCCESS) {
-      node.fail("the module has no entry point of that name");
-    }
-    machine().modules().removeEntryPoint(module, entryPoint);
+    FreeLibrary(handle);
   });
 }
 

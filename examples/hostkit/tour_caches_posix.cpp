@@ -55,9 +55,9 @@ class Road {
   }
 
   // The library's functions make a key with its first value; what is wanted is the key alone.
-  void makeKey(const char* key) {
-    step("An installer makes a key", {"reg", "write", key, "", "", "--type", "string"});
-    step("and leaves it empty", {"reg", "delete", key, "--value", ""});
+  void makeKey(const std::string& label, const char* key) {
+    step(label, {"reg", "write", key, "", "", "--type", "string"});
+    step("and takes the value out again", {"reg", "delete", key, "--value", ""});
   }
 
  private:
@@ -76,8 +76,8 @@ void tourCaches(TourPage& page) {
   };
   page.title("Caches: the same questions on-line and off-line, each asked by a process of its own");
   Road road(page);
-  road.makeKey(kDomainCache);
-  road.makeKey(kUserCache);
+  road.makeKey("An installer makes DomainCache", kDomainCache);
+  road.makeKey("and UserCache in the same way", kUserCache);
   road.step("Off-line, before all", offline(convert), 1);
   road.step("On-line", convert);
   road.step("On-line", sid);
