@@ -12,10 +12,14 @@ using vlplatform::machine;
 void addMachineOptions(CLI::App& app) {
   const auto file = std::make_shared<std::string>();
   const auto offline = std::make_shared<bool>(false);
-  asWritten(app.add_option("--machine", *file, "Answer as the machine that this file of JSON describes"))
-      ->type_name("FILE");
+  const CLI::Option* const described =
+      asWritten(app.add_option("--machine", *file, "Answer as the machine that this file of JSON describes"))
+          ->type_name("FILE");
   app.add_flag("--offline", *offline, "Off the network, and with no domain of the machine's file in reach");
-  app.final_callback([file, offline] {
+  app.final_callback([described, file, offline] {
+    if (described->count() != 0 && file->empty()) {
+      throw CLI::ValidationError("--machine", "the file has no name");
+    }
     const DescribedDomains domains = file->empty() ? DescribedDomains() : describeMachine(*file);
     if (!*offline) {
       return;

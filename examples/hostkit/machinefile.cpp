@@ -282,10 +282,14 @@ std::string contentOf(const std::string& file) {
   return bytes;
 }
 
-// The parser would take the last of two members of one name.
+// The parser would take the last of two members of one name, and any depth, which not all that works on it bears.
 Json parsed(const std::string& text) {
+  constexpr int kMostDepth = 16;
   std::vector<std::set<std::string>> names;
-  return Json::parse(text, [&names](int /*depth*/, Json::parse_event_t event, const Json& value) {
+  return Json::parse(text, [&names](int depth, Json::parse_event_t event, const Json& value) {
+    if (depth > kMostDepth) {
+      throw std::runtime_error("is nested too deeply");
+    }
     if (event == Json::parse_event_t::object_start) {
       names.emplace_back();
     } else if (event == Json::parse_event_t::object_end) {

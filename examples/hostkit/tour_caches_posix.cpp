@@ -1,8 +1,9 @@
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "corpmachine.h"
@@ -22,7 +23,7 @@ class ScratchFolder {
  public:
   ScratchFolder() : path_((fs::temp_directory_path() / "hostkit-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) {
-      throw std::runtime_error("no folder can be made in " + fs::temp_directory_path().string());
+      throw fs::filesystem_error("no folder", path_, std::error_code(errno, std::generic_category()));
     }
   }
   ~ScratchFolder() {
@@ -65,16 +66,13 @@ class Road {
   ScratchFolder folder_;
 };
 
-}  // namespace
-
-void tourCaches(TourPage& page) {
+void walk(TourPage& page) {
   const std::vector<std::string> convert{"user", "convert", "alice@corp.example"};
   const std::vector<std::string> sid{"user", "sid", "alice", "--domain", "CORP"};
   const auto offline = [](std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "--offline");
     return arguments;
   };
-  page.title("Caches: the same questions on-line and off-line, each asked by a process of its own");
   Road road(page);
   road.makeKey("An installer makes DomainCache", kDomainCache);
   road.makeKey("and UserCache in the same way", kUserCache);
@@ -87,4 +85,16 @@ void tourCaches(TourPage& page) {
   road.step("Off-line", offline(sid));
   road.step("Off-line, of the same suffix", offline({"user", "convert", "nobody@corp.example"}));
   road.step("Off-line, not asked before", offline({"user", "sid", "backup", "--domain", "CORP"}), 1);
+}
+
+}  // namespace
+
+void tourCaches(TourPage& page) {
+  page.title("Caches: the same questions on-line and off-line, each asked by a process of its own");
+  try {
+    walk(page);
+  } catch (const fs::filesystem_error& error) {
+    page.context().output.failure("A folder for the files", error.code().message(), error.code().value(),
+                                  Json::object());
+  }
 }
