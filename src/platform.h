@@ -6,6 +6,11 @@
 #include <vlhostkit/types.h>
 
 #ifdef _WIN32
+#include <ntsecapi.h>
+#include <sddl.h>
+#include <sensapi.h>
+#include <wtsapi32.h>
+
 #include <stdlib.h>
 #include <string.h>
 #include <wchar.h>

@@ -11,6 +11,7 @@
 #include "command.h"
 #include "console.h"
 #include "logtap.h"
+#include "machine.h"
 #include "state.h"
 #include "text.h"
 
@@ -56,11 +57,14 @@ int run(const std::vector<std::string>& arguments) {
   app.add_flag("--json", context.output.json, "Print one JSON object a line");
   app.add_flag("--log", context.log, "Show the library's log records on standard error");
   addStateOption(app);
+  addMachineOptions(app);
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kNotes);
   registerRegistry(app, context);
   registerTime(app, context);
+  registerUser(app, context);
+  registerSysFacts(app, context);
   registerTour(app, context);
 
   try {

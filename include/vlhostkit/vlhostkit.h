@@ -2,8 +2,10 @@
 #ifndef VLHOSTKIT_VLHOSTKIT_H
 #define VLHOSTKIT_VLHOSTKIT_H
 
+#include <vlhostkit/accounts.h>
 #include <vlhostkit/registry.h>
 #include <vlhostkit/securetext.h>
+#include <vlhostkit/sysfacts.h>
 #include <vlhostkit/timetext.h>
 #include <vlhostkit/types.h>
 

@@ -12,6 +12,11 @@ void Machine::reset() {
   clock_.reset();
   modules_.reset();
   strings_.reset();
+  accounts_.reset();
+  sessions_.reset();
+  network_.reset();
+  drives_.reset();
+  environment_.reset();
   registry_.reset();
 }
 

@@ -10,11 +10,13 @@
 #include <string>
 #include <vector>
 
+#include <vlplatform/lsa.h>
+#include <vlplatform/network.h>
 #include <vlplatform/registry.h>
 #include <vlplatform/time.h>
-#include <vlplatform/utf8.h>
 
 #include "gate.h"
+#include "unicode.h"
 
 // A module handle points to its record.
 struct HINSTANCE__ {
@@ -34,20 +36,6 @@ namespace {
 template <class Function>
 FARPROC entry(Function* function) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
-}
-
-bool sameName(std::wstring_view a, std::wstring_view b) {
-  const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](wchar_t x, wchar_t y) { return lower(x) == lower(y); });
-}
-
-std::string toUtf8(std::wstring_view text) {
-  std::string out;
-  char bytes[utf8::kMaxLength];
-  for (const wchar_t c : text) {
-    out.append(bytes, static_cast<std::size_t>(utf8::encode(static_cast<char32_t>(c), bytes)));
-  }
-  return out;
 }
 
 std::string folderOfProgram() {
@@ -133,9 +121,15 @@ void Modules::reset() {
       return false;
     });
   }
-  // As on the platform, without the names that lack the width letter.
-  add(L"Advapi32.dll", {{"RegDeleteKeyExW", entry(&::RegDeleteKeyExW)}, {"RegDeleteTreeW", entry(&::RegDeleteTreeW)}});
+  // Of the registry's functions, as on the platform, without the names that lack the width letter.
+  add(L"advapi32.dll", {{"LsaLookupNames2", entry(&::LsaLookupNames2)},
+                        {"RegDeleteKeyExW", entry(&::RegDeleteKeyExW)},
+                        {"RegDeleteTreeW", entry(&::RegDeleteTreeW)}});
   add(L"kernel32.dll", {{"TzSpecificLocalTimeToSystemTime", entry(&::TzSpecificLocalTimeToSystemTime)}});
+  add(L"secur32.dll", {
+                          {"TranslateNameW", entry(&::TranslateNameW)},
+                          {"TranslateNameA", entry(&::TranslateNameA)},
+                      });
 }
 
 void Modules::add(std::wstring_view module, std::initializer_list<EntryPoint> entryPoints) {

@@ -34,6 +34,22 @@ class ExitWith {
   const Result& result_;
 };
 
+/// The same, of functions that end some of their failures without an exit record: only if `wanted` is true at the end.
+template <class Result>
+class ExitIf {
+ public:
+  ExitIf(const wchar_t* format, const Result& result, const bool& wanted) : exit_(format, result), wanted_(wanted) {}
+  void operator()(const wchar_t* tag) const {
+    if (wanted_) {
+      exit_(tag);
+    }
+  }
+
+ private:
+  ExitWith<Result> exit_;
+  const bool& wanted_;
+};
+
 /// An exit record without a result, of the functions that report by the last-error value: it must not be touched,
 /// whoever's log this is.
 class ExitPlain {

@@ -1,4 +1,4 @@
-/// Keeps the thread's last-error value.
+/// Keeps and sets the thread's last-error value.
 #ifndef VL_FRAME_LASTERROR_H
 #define VL_FRAME_LASTERROR_H
 
@@ -17,6 +17,12 @@ class LastErrorGuard {
  private:
   DWORD code_;
 };
+
+/// The failure of a boolean function: `code` becomes the thread's last-error value.
+inline BOOL fail(DWORD code) {
+  SetLastError(code);
+  return FALSE;
+}
 
 }  // namespace vl
 

@@ -15,6 +15,7 @@
 #else
 #define VL_COUNTS_MALLOC 1
 extern "C" void* __libc_malloc(std::size_t bytes);
+extern "C" void* __libc_calloc(std::size_t count, std::size_t bytes);
 #endif
 
 namespace support {
@@ -96,6 +97,10 @@ bool AllocFault::pass() {
 extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t bytes) {
   const bool counts = support::armed != nullptr && !support::byLanguageRuntime(__builtin_return_address(0));
   return counts && support::mustFail() ? nullptr : __libc_malloc(bytes);
+}
+extern "C" [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t bytes) {
+  const bool counts = support::armed != nullptr && !support::byLanguageRuntime(__builtin_return_address(0));
+  return counts && support::mustFail() ? nullptr : __libc_calloc(count, bytes);
 }
 #endif
 

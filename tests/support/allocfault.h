@@ -6,13 +6,13 @@
 
 namespace support {
 
-/// Whether malloc counts too: not in sanitizer builds.
+/// Whether malloc and calloc count too: not in sanitizer builds.
 extern const bool kCountsMalloc;
 
-/// While one lives, allocations with any form of `operator new` and with malloc on the thread that made it are counted,
-/// in our shared libraries also, and the n-th fails: by std::bad_alloc, or by a null pointer where std::nothrow asked
-/// for that. The memory of exceptions does not count, nor do allocations under a vlplatform::OwnAllocations. One at a
-/// time on a thread.
+/// While one lives, allocations with any form of `operator new`, malloc and calloc on the thread that made it are
+/// counted, in our shared libraries also, and the n-th fails: by std::bad_alloc, or by a null pointer where
+/// std::nothrow asked for that. The memory of exceptions does not count, nor do allocations under a
+/// vlplatform::OwnAllocations. One at a time on a thread.
 ///
 /// Only the call under test belongs into its scope: an assertion allocates too.
 ///

@@ -3,12 +3,17 @@
 #ifndef VLPLATFORM_MACHINE_H
 #define VLPLATFORM_MACHINE_H
 
+#include <vlplatform/machine/accounts.h>
 #include <vlplatform/machine/allocations.h>
 #include <vlplatform/machine/clock.h>
 #include <vlplatform/machine/counters.h>
+#include <vlplatform/machine/drives.h>
+#include <vlplatform/machine/environment.h>
 #include <vlplatform/machine/faults.h>
 #include <vlplatform/machine/modules.h>
+#include <vlplatform/machine/network.h>
 #include <vlplatform/machine/registry.h>
+#include <vlplatform/machine/sessions.h>
 #include <vlplatform/machine/strings.h>
 
 namespace vlplatform {
@@ -23,6 +28,11 @@ class Machine {
   Clock& clock() { return clock_; }
   Modules& modules() { return modules_; }
   Strings& strings() { return strings_; }
+  Accounts& accounts() { return accounts_; }
+  Sessions& sessions() { return sessions_; }
+  Network& network() { return network_; }
+  Drives& drives() { return drives_; }
+  Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
@@ -36,6 +46,11 @@ class Machine {
   Clock clock_;
   Modules modules_;
   Strings strings_;
+  Accounts accounts_;
+  Sessions sessions_;
+  Network network_;
+  Drives drives_;
+  Environment environment_;
   Registry registry_;
 };
 

@@ -117,6 +117,8 @@ VLPLATFORM_API LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR path);
 /// ERROR_MORE_DATA and leaves name and `*nameChars` alone. Behind the last one: ERROR_NO_MORE_ITEMS.
 VLPLATFORM_API LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved,
                                      LPDWORD type, LPBYTE data, LPDWORD size);
+VLPLATFORM_API LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameChars, LPDWORD reserved,
+                                     LPDWORD type, LPBYTE data, LPDWORD size);
 VLPLATFORM_API LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved,
                                      LPWSTR className, LPDWORD classChars, FILETIME* lastWrite);
 /// Any pointer may be null. Lengths are in characters without terminator, the size of data in bytes.

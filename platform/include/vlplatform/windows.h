@@ -5,10 +5,16 @@
 #include <vlplatform/basetypes.h>
 #include <vlplatform/crt.h>
 #include <vlplatform/errors.h>
+#include <vlplatform/heap.h>
+#include <vlplatform/lsa.h>
 #include <vlplatform/modules.h>
+#include <vlplatform/network.h>
 #include <vlplatform/oleauto.h>
 #include <vlplatform/registry.h>
 #include <vlplatform/resources.h>
+#include <vlplatform/security.h>
+#include <vlplatform/sessions.h>
+#include <vlplatform/system.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>
 

@@ -92,6 +92,34 @@ LSTATUS setValue(const char* function, HKEY key, LPCWSTR name, DWORD reserved, D
   });
 }
 
+// `nameIn` gives the name in the function's width.
+template <class Char, class NameIn>
+LSTATUS enumValue(const char* function, HKEY key, DWORD index, Char* name, LPDWORD nameChars, Width width,
+                  const DWORD* reserved, LPDWORD type, LPBYTE data, LPDWORD size, NameIn nameIn) {
+  return reading(function, [&](const State& state) -> DWORD {
+    if (name == nullptr || nameChars == nullptr || reserved != nullptr || (data != nullptr && size == nullptr)) {
+      return ERROR_INVALID_PARAMETER;
+    }
+    const Opened* opened = nullptr;
+    const DWORD code = state.find(key, KEY_QUERY_VALUE, &opened);
+    if (code != ERROR_SUCCESS) {
+      return code;
+    }
+    if (index >= opened->key->values.size()) {
+      return ERROR_NO_MORE_ITEMS;
+    }
+    const Value& value = opened->key->values[index];
+    const auto& text = nameIn(value.name);
+    if (text.size() >= *nameChars) {
+      tell(value, width, type, nullptr, size);
+      return ERROR_MORE_DATA;
+    }
+    std::memcpy(name, text.c_str(), (text.size() + 1) * sizeof(Char));
+    *nameChars = static_cast<DWORD>(text.size());
+    return tell(value, width, type, data, size);
+  });
+}
+
 }  // namespace
 }  // namespace vlplatform::registry
 
@@ -140,25 +168,18 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR name) {
 
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved, LPDWORD type,
                       LPBYTE data, LPDWORD size) {
-  return reading("RegEnumValueW", [&](const State& state) -> DWORD {
-    if (name == nullptr || nameChars == nullptr || reserved != nullptr || (data != nullptr && size == nullptr)) {
-      return ERROR_INVALID_PARAMETER;
-    }
-    const Opened* opened = nullptr;
-    const DWORD code = state.find(key, KEY_QUERY_VALUE, &opened);
-    if (code != ERROR_SUCCESS) {
-      return code;
-    }
-    if (index >= opened->key->values.size()) {
-      return ERROR_NO_MORE_ITEMS;
-    }
-    const Value& value = opened->key->values[index];
-    if (value.name.size() >= *nameChars) {
-      tell(value, Width::wide, type, nullptr, size);
-      return ERROR_MORE_DATA;
-    }
-    std::memcpy(name, value.name.c_str(), (value.name.size() + 1) * sizeof(wchar_t));
-    *nameChars = static_cast<DWORD>(value.name.size());
-    return tell(value, Width::wide, type, data, size);
-  });
+  return enumValue("RegEnumValueW", key, index, name, nameChars, Width::wide, reserved, type, data, size,
+                   [](const std::wstring& own) -> const std::wstring& { return own; });
+}
+
+LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameChars, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                      LPDWORD size) {
+  const OwnAllocations own;
+  return enumValue("RegEnumValueA", key, index, name, nameChars, Width::narrow, reserved, type, data, size,
+                   [](const std::wstring& wide) {
+                     std::string text;
+                     narrow(reinterpret_cast<const BYTE*>(wide.data()), wide.size() * sizeof(wchar_t),
+                            [&](const char* bytes, std::size_t count) { text.append(bytes, count); });
+                     return text;
+                   });
 }

@@ -6,12 +6,25 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include <vlplatform/basetypes.h>
 
 namespace vlplatform {
 
-enum class Resource : std::uint8_t { moduleReference, safeArray, automationString, registryKey, count_ };
+enum class Resource : std::uint8_t {
+  moduleReference,
+  safeArray,
+  automationString,
+  token,
+  policy,
+  heapBlock,
+  localBlock,
+  lsaBlock,
+  sessionBlock,
+  registryKey,
+  count_
+};
 
 class Counters {
  public:
@@ -22,7 +35,11 @@ class Counters {
     return slots_[static_cast<std::size_t>(resource)].load(std::memory_order_relaxed);
   }
   static constexpr const char* name(Resource resource) {
-    constexpr const char* kNames[] = {"module reference", "SAFEARRAY", "BSTR", "registry key"};
+    constexpr const char* kNames[] = {
+        "module reference", "SAFEARRAY",   "BSTR",      "token",         "LSA policy",
+        "heap block",       "local block", "LSA block", "session block", "registry key",
+    };
+    static_assert(std::size(kNames) == static_cast<std::size_t>(Resource::count_));
     return kNames[static_cast<std::size_t>(resource)];
   }
 

@@ -1,0 +1,134 @@
+// The SAM-compatible name of a user principal name: the platform's translation, then the caches.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string>
+
+#include "accounts/domaincache.h"
+#include "accounts/registrytext.h"
+#include "frame/handle.h"
+#include "frame/log.h"
+
+namespace {
+
+using vl::kText;
+using vl::Text;
+
+// The forms of a name, as TranslateName numbers them.
+constexpr int kUserPrincipal = 8;
+constexpr int kSamCompatible = 2;
+
+template <class Char>
+using Translate = BOOLEAN(WINAPI*)(const Char* name, int form, int wanted, Char* translated, ULONG* size);
+
+// What is composed from a cache's domain has at most this many characters, terminator counted.
+constexpr std::size_t kMostComposed = 255;
+
+// Remembers a live answer under the suffix of `upn`. The caller has its answer whatever becomes of this. `samName` is
+// cut at its domain for the time of the call.
+template <class Width, class Char = typename Width::Char>
+void remember(const Char* upn, Char* samName) {
+  static constexpr Text kName = Text(L"vlNetGetUserNameDomainFromUPN") + Width::suffix;
+  const Char* const at = vl::findAt(upn);
+  if (at == nullptr) {
+    return;
+  }
+  vl::RegistryKey key;
+  DWORD code = Width::open(Width::ownCache, KEY_WRITE, key.put());
+  if (code != ERROR_SUCCESS) {
+    txlogLog(vl::kTag, TXLOG_ERROR,
+             kText<kName + Text(L" Can't open registry key ") + Width::pathConversion + Text(L" (%d)")>,
+             Width::ownCache, code);
+    return;
+  }
+  using Traits = std::char_traits<Char>;
+  Char* const samEnd = samName + Traits::length(samName);
+  Char* const domainEnd = std::find(samName, samEnd, Char{'\\'});
+  const Char behind = std::exchange(*domainEnd, Char{});
+  code = Width::set(key.get(), at + 1, reinterpret_cast<const BYTE*>(samName),
+                    static_cast<DWORD>((domainEnd - samName + 1) * sizeof(Char)));
+  *domainEnd = behind;
+  if (code != ERROR_SUCCESS) {
+    txlogLog(vl::kTag, TXLOG_ERROR,
+             kText<kName + Text(L" Can't set value of registry key ") + Width::pathConversion + Text(L" (%d)")>,
+             Width::ownCache, code);
+  }
+}
+
+// A name that the system cache found too long has left its length in `*size`, and the own cache is read with that
+// capacity; the caller's buffer has less.
+template <class Width, class Char = typename Width::Char>
+BOOL lookInOwnCache(const Char* upn, Char* samName, DWORD capacity, DWORD* size) {
+  if (samName == nullptr || *size <= capacity) {
+    return Width::lookInOwnCache(upn, samName, size);
+  }
+  std::array<Char, vl::kShortReadChars> domain;
+  if (!Width::lookInOwnCache(upn, domain.data(), size)) {
+    return FALSE;
+  }
+  if (*size < capacity) {
+    std::copy_n(domain.data(), *size + 1, samName);
+  }
+  return TRUE;
+}
+
+template <class Width, class Char = typename Width::Char>
+BOOL answerFromCaches(const Char* upn, Char* samName, DWORD* size) {
+  const DWORD capacity = *size;
+  const Char* const at = vl::findAt(upn);
+  if (at == nullptr) {
+    return vl::fail(ERROR_INVALID_PARAMETER);
+  }
+  if (!Width::lookInSystemCache(at + 1, samName, size) && !lookInOwnCache<Width>(upn, samName, capacity, size)) {
+    return FALSE;
+  }
+  const DWORD domainLength = *size;
+  const std::size_t needed = static_cast<std::size_t>(at - upn) + domainLength + 2;
+  *size = static_cast<DWORD>(needed);
+  if (samName != nullptr) {
+    if (capacity < needed || kMostComposed < needed) {
+      return vl::fail(ERROR_INSUFFICIENT_BUFFER);
+    }
+    Char* const user = samName + domainLength + 1;
+    user[-1] = Char{'\\'};
+    *std::copy(upn, at, user) = Char{};
+  }
+  return TRUE;
+}
+
+template <class Width, class Char = typename Width::Char>
+BOOL decompose(const Char* upn, Char* samName, DWORD* size) {
+  if (size == nullptr) {
+    return vl::fail(ERROR_INVALID_PARAMETER);
+  }
+  const vl::Module module(LoadLibraryW(L"Secur32.dll"));
+  const auto translate = module ? vl::entryPoint<Translate<Char>>(module, Width::translateName) : nullptr;
+  if (translate == nullptr) {
+    return vl::fail(ERROR_FILE_NOT_FOUND);
+  }
+  const DWORD capacity = *size;
+  DWORD network = NETWORK_ALIVE_LAN;
+  if (IsNetworkAlive(&network)) {
+    SetLastError(ERROR_SUCCESS);  // an older value must not be taken for the translation's
+    if (translate(upn, kUserPrincipal, kSamCompatible, samName, size) && samName != nullptr) {
+      remember<Width>(upn, samName);
+      return TRUE;
+    }
+    if (GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+      SetLastError(ERROR_SUCCESS);
+      return TRUE;
+    }
+    *size = capacity;
+  }
+  return answerFromCaches<Width>(upn, samName, size);
+}
+
+}  // namespace
+
+BOOL vlNetGetUserNameDomainFromUPNW(LPCWSTR upn, LPWSTR samName, DWORD* size) {
+  return decompose<vl::WideUpn>(upn, samName, size);
+}
+
+BOOL vlNetGetUserNameDomainFromUPNA(LPCSTR upn, LPSTR samName, DWORD* size) {
+  return decompose<vl::NarrowUpn>(upn, samName, size);
+}
