@@ -97,6 +97,7 @@ class Translation {
     const ULONG capacity = answer.empty() ? *size : std::exchange(*size, static_cast<ULONG>(answer.size() + 1));
     const DWORD failure = answer.empty() ? code : out != nullptr && capacity < *size ? 122 : 0;
     if (failure != 0) {
+      *size = answer.empty() ? 1 : *size;  // what it leaves there is the caller's to put right
       SetLastError(failure);
     } else if (out != nullptr && !answer.empty()) {
       std::copy_n(answer.c_str(), *size, out);

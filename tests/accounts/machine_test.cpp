@@ -140,7 +140,13 @@ TEST_F(OnMachine, EveryPlatformCallThatFailsEndsWellOrIsMadeGood) {
           });
     }
   }
+  std::wstring user, domain;
+  vlNetConvertUserIdToNETBIOS(std::wstring(L"CORP\\") + kUser, L"", user, domain);
+  EXPECT_GT(recordsWithoutNames(log), 0u);
   RecordProperty("faults", reached);
+  if (!isWholeSweep()) {
+    return;
+  }
   EXPECT_GT(failures, 60);
   EXPECT_GT(reached, failures);
   EXPECT_GT(seen, 1000u);
@@ -151,9 +157,6 @@ TEST_F(OnMachine, EveryPlatformCallThatFailsEndsWellOrIsMadeGood) {
         "currentUser WTSQuerySessionInformationW", "currentUser WTSQuerySessionInformationA"}) {
     EXPECT_TRUE(decisive.contains(call)) << call;
   }
-  std::wstring user, domain;
-  vlNetConvertUserIdToNETBIOS(std::wstring(L"CORP\\") + kUser, L"", user, domain);
-  EXPECT_GT(recordsWithoutNames(log), 0u);
 }
 
 TEST_F(OnMachine, QueriesOfTheSessionThatFail) {
