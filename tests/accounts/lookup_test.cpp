@@ -43,26 +43,12 @@ NTSTATUS WINAPI knowsNobody(LSA_HANDLE, ULONG flags, ULONG count, LSA_UNICODE_ST
   return static_cast<NTSTATUS>(0xC0000073);
 }
 
-class LookupName : public Accounts {
- protected:
-  void SetUp() override {
-    Accounts::SetUp();
-    authorityIs(address(&knowsNobody));
-  }
-  void TearDown() override {
-    entry_.reset();
-    Accounts::TearDown();
-  }
-  void authorityIs(FARPROC function) {
-    entry_.reset();
-    entry_.emplace(L"advapi32.dll", std::vector<EntryPoint>{{"LsaLookupNames2", function}});
-  }
+const std::vector<EntryPoint> kNobody = {{"LsaLookupNames2", address(&knowsNobody)}};
 
- private:
-  std::optional<EntryPoints> entry_;
-};
+using LookupName = Accounts;
 
 TEST_F(LookupName, NamesAskedAndRemembered) {
+  const EntryPoints nobody(L"advapi32.dll", kNobody);
   const struct {
     const wchar_t *user, *domain, *asked, *value;
   } rows[] = {{L"alice", L"CORP", L"CORP\\alice", L"alice.CORP"},
@@ -82,6 +68,7 @@ TEST_F(LookupName, NamesAskedAndRemembered) {
 }
 
 TEST_F(LookupName, CachedTextsAreBounded) {
+  const EntryPoints nobody(L"advapi32.dll", kNobody);
   Bytes odd = bytesOf<wchar_t>(kSid);
   odd.push_back(0x41);
   const std::tuple<Bytes, DWORD, bool> rows[] = {{terminated(kSid), REG_SZ, true},
@@ -98,6 +85,7 @@ TEST_F(LookupName, CachedTextsAreBounded) {
 }
 
 TEST_F(LookupName, RecordsOfAFailure) {
+  std::optional<EntryPoints> points(std::in_place, L"advapi32.dll", kNobody);
   wchar_t computer[256];
   DWORD chars = 256;
   ASSERT_TRUE(GetComputerNameW(computer, &chars));
@@ -118,7 +106,8 @@ TEST_F(LookupName, RecordsOfAFailure) {
   check(noAnswer, L" Can't get buffer size for registry value (2)", 2);
   put(kUserCache, L"alice.CORP", L"none");
   check(noAnswer, noSid, 0);
-  authorityIs(nullptr);
+  points.reset();
+  points.emplace(L"advapi32.dll", std::vector<EntryPoint>{{"LsaLookupNames2", nullptr}});
   check(L" GetProcAddress LsaLookupNames2() Failed", noSid, 0);
   const Lookup empty(L"", L"CORP");
   EXPECT_FALSE(empty.result);
@@ -127,6 +116,7 @@ TEST_F(LookupName, RecordsOfAFailure) {
 }
 
 TEST_F(LookupName, NameBeforeARename) {
+  const EntryPoints nobody(L"advapi32.dll", kNobody);
   put(kUserCache, L"alice.CORP", kSid);
   const std::wstring longest = L"C:\\" + std::wstring(123, L'u'), smith = L"C:\\Users\\smith";
   const LogRecord done = traced(kInitial + L" Initial user name before rename ");

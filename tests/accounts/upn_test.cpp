@@ -21,7 +21,7 @@ const auto kAlice = "alice@corp.example";
 
 TYPED_TEST(Upn, LiveAnswersAreRemembered) {
   using Char = typename TypeParam::Char;
-  const Translation<TypeParam> translation("CORP\\alice");
+  std::optional<Translation<TypeParam>> translation(std::in_place, "CORP\\alice");
   GuardedBuffer<Char> name(32);
   LogCapture log;
   for (const bool keyIsThere : {false, true}) {
@@ -48,6 +48,13 @@ TYPED_TEST(Upn, LiveAnswersAreRemembered) {
   EXPECT_EQ(size, 11u);
   EXPECT_TRUE(name.untouched());
   EXPECT_FALSE(Key(kOwnCache).stored(L"other.example"));
+
+  // Where there is no translation, no cache is asked.
+  translation.reset();
+  const EntryPoints none(L"secur32.dll", {{TypeParam::translateName, nullptr}});
+  EXPECT_EQ(this->decompose("alice@corp@example", name.data(), &size), 2u);
+  EXPECT_EQ(this->decompose(kAlice, name.data(), nullptr), 87u);
+  EXPECT_TRUE(name.untouched() && size == 11);
 }
 
 TYPED_TEST(Upn, CachesAnswerWhenTheTranslationDoesNot) {
@@ -102,17 +109,6 @@ TYPED_TEST(Upn, CachesAnswerWhenTheTranslationDoesNot) {
       EXPECT_TRUE(row.text.empty() || name.data() == as<Char>(row.text));
     }
   }
-}
-
-TYPED_TEST(Upn, WithoutTranslationNoCacheIsAsked) {
-  put(kOwnCache, L"corp.example", L"OWN");
-  DWORD size = 30;
-  GuardedBuffer<typename TypeParam::Char> name(31);
-  const EntryPoints none(L"secur32.dll", {{TypeParam::translateName, nullptr}});
-  EXPECT_EQ(this->decompose(kAlice, name.data(), &size), 2u);
-  EXPECT_EQ(size, 30u);
-  EXPECT_EQ(this->decompose(kAlice, name.data(), nullptr), 87u);
-  EXPECT_TRUE(name.untouched());
 }
 
 TYPED_TEST(Upn, RecordsAndBoundsOfTheOwnCache) {
