@@ -9,14 +9,11 @@
 
 namespace vl {
 
-/// The call of an overload on the caller's buffer. `Operation` names the function (`name`), has the overloads (`call`),
-/// and says whether the buffer's text goes in (`hasCursor`). Text without a terminator within the capacity ends there.
+/// The call of an overload on the caller's buffer, whose text goes in and stays if the overload sets none. `Operation`
+/// names the function (`name`) and has the overloads (`call`). Text without a terminator within the capacity ends there.
 template <class Operation, class Width, class Char = typename Width::Char>
 int callOnBuffer(Char* buffer, DWORD capacity) {
-  typename Width::String drive;
-  if constexpr (Operation::hasCursor) {
-    drive.assign(buffer, std::find(buffer, buffer + capacity, Char{}));
-  }
+  typename Width::String drive(buffer, std::find(buffer, buffer + capacity, Char{}));
   const int result = Operation::call(drive);
   if (result != ERROR_SUCCESS) {
     return result;

@@ -96,7 +96,6 @@ int fixedDrive(String& drive) {
 
 struct FixedDrive {
   static constexpr Text name{L"vlSysGetFixedDrive"};
-  static constexpr bool hasCursor = true;
   static int call(auto& drive) { return vlSysGetFixedDrive(drive); }
 };
 

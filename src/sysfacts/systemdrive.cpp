@@ -59,7 +59,6 @@ int systemDrive(String& drive) {
 
 struct SystemDrive {
   static constexpr Text name{L"vlSysGetSystemDrive"};
-  static constexpr bool hasCursor = false;
   static int call(auto& drive) { return vlSysGetSystemDrive(drive); }
 };
 

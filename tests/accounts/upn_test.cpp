@@ -7,49 +7,54 @@ namespace {
 template <class Width>
 class Upn : public Accounts {
  protected:
-  static std::wstring ownLookup() { return std::wstring(L"vlNetGetNETBIOSDomainNameFromUPNVista") + Width::letter; }
+  // What a call leaves, apart from the buffer: 0 or the last-error value of the failure.
+  static DWORD decompose(const std::string& upn, typename Width::Char* samName, DWORD* size) {
+    return Width::decompose(as<typename Width::Char>(upn).c_str(), samName, size) != 0 ? 0 : GetLastError();
+  }
+  static DWORD systemCache(const std::string& suffix, typename Width::Char* name, DWORD* size) {
+    return Width::systemCache(as<typename Width::Char>(suffix).c_str(), name, size) != 0 ? 0 : GetLastError();
+  }
 };
-using Widths = testing::Types<Narrow, Wide>;
 TYPED_TEST_SUITE(Upn, Widths);
 
 const auto kAlice = "alice@corp.example";
 
 TYPED_TEST(Upn, LiveAnswersAreRemembered) {
   using Char = typename TypeParam::Char;
-  const auto upn = as<Char>("alice@corp@example");
+  std::optional<Translation<TypeParam>> translation(std::in_place, "CORP\\alice");
   GuardedBuffer<Char> name(32);
-  support::LogCapture log;
+  LogCapture log;
   for (const bool keyIsThere : {false, true}) {
     if (keyIsThere) {
       put(kOwnCache, L"corp@example", L"OLDER");
     }
-    const Translation<TypeParam> translation{std::string("CORP\\alice")};
     DWORD size = 32;
-    EXPECT_TRUE(TypeParam::decompose(upn.c_str(), name.data(), &size));
+    EXPECT_EQ(this->decompose("alice@corp@example", name.data(), &size), 0u);
     EXPECT_EQ(name.data(), as<Char>("CORP\\alice"));
     EXPECT_TRUE(name.untouched(11));
     EXPECT_EQ(size, 11u);
-    const auto seen = log.take();
-    EXPECT_EQ(seen.size(), keyIsThere ? 0u : 1u);
-    if (!keyIsThere) {
-      ASSERT_FALSE(seen.empty());
-      EXPECT_EQ(seen[0].level, TXLOG_ERROR);
-    }
+    const Log seen = log.take();
+    EXPECT_TRUE(keyIsThere ? seen.empty() : seen.size() == 1 && seen[0].level == TXLOG_ERROR);
   }
-  EXPECT_EQ(Key(kOwnCache).stored(L"corp@example"), (std::pair{DWORD{REG_SZ}, bytesOf(L"CORP\0"sv)}));
-}
+  const auto stored = std::pair{DWORD{REG_SZ}, terminated(L"CORP")};
+  EXPECT_EQ(Key(kOwnCache).stored(L"corp@example"), stored);
 
-TYPED_TEST(Upn, TooSmallForTheLiveAnswer) {
-  using Char = typename TypeParam::Char;
-  put(kOwnCache, L"corp.example", L"X");
-  const Translation<TypeParam> translation{std::string("CORP\\alice")};
-  GuardedBuffer<Char> name(16);
+  // A buffer that is too small for it counts as a success without an answer.
+  name.refill();
   DWORD size = 10;
-  EXPECT_TRUE(TypeParam::decompose(as<Char>(kAlice).c_str(), name.data(), &size));
+  SetLastError(kUntouchedError);
+  EXPECT_TRUE(TypeParam::decompose(as<Char>("bob@other.example").c_str(), name.data(), &size));
   EXPECT_EQ(GetLastError(), 0u);
   EXPECT_EQ(size, 11u);
   EXPECT_TRUE(name.untouched());
-  EXPECT_EQ(Key(kOwnCache).stored(L"corp.example"), (std::pair{DWORD{REG_SZ}, bytesOf(L"X\0"sv)}));
+  EXPECT_FALSE(Key(kOwnCache).stored(L"other.example"));
+
+  // Where there is no translation, no cache is asked.
+  translation.reset();
+  const EntryPoints none(L"secur32.dll", {{TypeParam::translateName, nullptr}});
+  EXPECT_EQ(this->decompose("alice@corp@example", name.data(), &size), 2u);
+  EXPECT_EQ(this->decompose(kAlice, name.data(), nullptr), 87u);
+  EXPECT_TRUE(name.untouched() && size == 11);
 }
 
 TYPED_TEST(Upn, CachesAnswerWhenTheTranslationDoesNot) {
@@ -58,173 +63,136 @@ TYPED_TEST(Upn, CachesAnswerWhenTheTranslationDoesNot) {
   const std::string longUser(244, 'u');
   const struct {
     std::string upn;
-    const wchar_t* inSystem;  // the domain's name there
-    const wchar_t* inOwn;
-    DWORD capacity;
-    DWORD lastError;  // 0: success
-    DWORD size;
-    std::string text;  // empty: untouched
+    const wchar_t *inSystem, *inOwn;  // the domain's names there
+    DWORD capacity, lastError, size;  // size 0: not defined
+    std::string text;                 // empty: untouched
   } rows[] = {
       {kAlice, L"CORP", L"OTHER", 11, 0, 11, "CORP\\alice"},
-      {kAlice, nullptr, L"OWN", 10, 0, 10, "OWN\\alice"},
-      {kAlice, L"CORP", nullptr, kNone, 0, 11, ""},
-      {kAlice, nullptr, L"OWN", kNone, 122, 0, ""},
-      {kAlice, L"CORP", nullptr, 10, 122, 11, "CORP"},
-      {kAlice, L"CORP", nullptr, 4, 122, 11, "CORP"},
-      {kAlice, nullptr, L"OWN", 3, 234, 0, ""},
-      {kAlice, nullptr, nullptr, 30, 2, 0, ""},
-      {"@corp.example", L"CORP", nullptr, 6, 0, 6, "CORP\\"},
+      {kAlice, L"", L"OWN", 10, 0, 10, "OWN\\alice"},
+      {kAlice, L"CORP", L"", kNone, 0, 11, ""},
+      {kAlice, L"", L"OWN", kNone, 122, 0, ""},
+      {kAlice, L"CORP", L"", 10, 122, 11, "CORP"},
+      {kAlice, L"CORP", L"", 4, 122, 11, "CORP"},
+      {kAlice, L"", L"OWN", 3, 234, 0, ""},
+      {kAlice, L"", L"", 30, 2, 0, ""},
+      {"@corp.example", L"CORP", L"", 6, 0, 6, "CORP\\"},
       {"a@CORP.EXAMPLE", L"CORP", L"OWN", 30, 0, 6, "OWN\\a"},
       // The system cache's name is too long for the caller, and the own cache is read with its length as capacity.
       {kAlice, L"LONGDOMAIN", L"OWN", 3, 122, 10, ""},
       {kAlice, L"LONGDOMAIN", L"ABCDEFGHI", 3, 122, 16, ""},
       {"@corp.example", L"LONG", L"A", 3, 0, 3, "A\\"},
       // 254 characters, and one more.
-      {longUser + "@corp.example", L"DOMAIN789", nullptr, 300, 0, 255, "DOMAIN789\\" + longUser},
-      {longUser + "@corp.example", L"DOMAIN7890", nullptr, 300, 122, 256, "DOMAIN7890"},
+      {longUser + "@corp.example", L"DOMAIN789", L"", 300, 0, 255, "DOMAIN789\\" + longUser},
+      {longUser + "@corp.example", L"DOMAIN7890", L"", 300, 122, 256, "DOMAIN7890"},
       {"alice", L"CORP", L"OWN", 30, 87, 30, ""},
   };
   for (const auto& row : rows) {
     for (const DWORD failure : {DWORD{ERROR_NO_SUCH_DOMAIN}, DWORD{0}}) {
-      TestFixture::removeCaches();
-      Key::create(kSystemCache);
+      SCOPED_TRACE(row.upn + " " + std::to_string(row.capacity));
+      this->removeCaches();
       Key::create(kOwnCache);
-      if (row.inSystem != nullptr) {
-        put(kSystemCache, L"AFIRST", L"first.example");
+      put(kSystemCache, L"AFIRST", L"first.example");
+      if (row.inSystem[0] != L'\0') {
         put(kSystemCache, row.inSystem, L"corp.example");
       }
-      if (row.inOwn != nullptr) {
+      if (row.inOwn[0] != L'\0') {
         put(kOwnCache, L"corp.example", row.inOwn);
       }
-      const Translation<TypeParam> translation(failure);
+      const Translation<TypeParam> translation("", failure);
       GuardedBuffer<Char> name(row.capacity + 1);
       DWORD size = row.capacity;
-      // What the translation leaves alone must not be taken for its own.
-      SetLastError(ERROR_INSUFFICIENT_BUFFER);
-      const BOOL result =
-          TypeParam::decompose(as<Char>(row.upn).c_str(), row.capacity == kNone ? nullptr : name.data(), &size);
+      SetLastError(ERROR_INSUFFICIENT_BUFFER);  // which must not be taken for the translation's
+      EXPECT_EQ(this->decompose(row.upn, row.capacity == kNone ? nullptr : name.data(), &size), row.lastError);
       EXPECT_EQ(Translation<TypeParam>::calls, 1);
-      EXPECT_EQ(result != 0, row.lastError == 0) << row.upn << " " << row.capacity;
-      if (row.lastError != 0) {
-        EXPECT_EQ(GetLastError(), row.lastError) << row.upn << " " << row.capacity;
-      }
-      if (row.size != 0) {
-        EXPECT_EQ(size, row.size) << row.upn << " " << row.capacity;
-      }
-      EXPECT_TRUE(name.untouched(row.text.empty() ? 0 : row.text.size() + 1)) << row.upn << " " << row.capacity;
-      if (!row.text.empty()) {
-        EXPECT_EQ(name.data(), as<Char>(row.text));
-      }
+      EXPECT_TRUE(row.size == 0 || size == row.size) << size;
+      EXPECT_TRUE(name.untouched(row.text.empty() ? 0 : row.text.size() + 1));
+      EXPECT_TRUE(row.text.empty() || name.data() == as<Char>(row.text));
     }
   }
 }
 
-TYPED_TEST(Upn, WithoutTranslationNoCacheIsAsked) {
-  using Char = typename TypeParam::Char;
-  put(kOwnCache, L"corp.example", L"OWN");
-  DWORD size = 30;
-  GuardedBuffer<Char> name(31);
-  const EntryPoints none(L"secur32.dll", {{TypeParam::translateName, nullptr}});
-  EXPECT_FALSE(TypeParam::decompose(as<Char>(kAlice).c_str(), name.data(), &size));
-  EXPECT_EQ(GetLastError(), 2u);
-  EXPECT_EQ(size, 30u);
-  EXPECT_TRUE(name.untouched());
-  EXPECT_FALSE(TypeParam::decompose(as<Char>(kAlice).c_str(), name.data(), nullptr));
-  EXPECT_EQ(GetLastError(), 87u);
-}
-
 TYPED_TEST(Upn, RecordsAndBoundsOfTheOwnCache) {
   using Char = typename TypeParam::Char;
-  const std::wstring name = TestFixture::ownLookup();
+  const std::wstring name = std::wstring(L"vlNetGetNETBIOSDomainNameFromUPNVista") + TypeParam::letter;
+  Bytes odd = bytesOf(L"OWN"sv);
+  odd.push_back(0x41);
   const struct {
-    const wchar_t* state;
-    std::wstring_view data;  // as stored
-    std::size_t extraBytes;
+    std::optional<Bytes> data;  // as stored
     DWORD lastError;
     const char* text;
     std::wstring error;
-  } rows[] = {
-      {L"no key", L"", 0, 2, "", L" Can't open registry key SOFTWARE\\Velorin\\System\\DomainCache"},
-      {L"no value", L"", 0, 2, "", L" Can't get value of registry key corp.example"},
-      {L"terminated", L"OWN\0"sv, 0, 0, "OWN\\alice", L""},
-      {L"terminated twice", L"OWN\0\0"sv, 0, 0, "OWN\\alice", L""},
-      {L"more behind", L"OWN\0MORE\0"sv, 0, 0, "OWN\\alice", L""},
-      {L"no terminator", L"OWN"sv, 0, 0, "OWN\\alice", L""},
-      {L"odd", L"OWN"sv, 1, 0, "OWN\\alice", L""},
-      {L"nothing", L""sv, 0, 0, "\\alice", L""},
-  };
-  support::LogCapture log;
-  const Translation<TypeParam> translation(DWORD{ERROR_NO_SUCH_DOMAIN});
+  } rows[] = {{{}, 2, "", L" Can't open registry key SOFTWARE\\Velorin\\System\\DomainCache"},
+              {{}, 2, "", L" Can't get value of registry key corp.example"},
+              {bytesOf(L"OWN\0MORE\0"sv), 0, "OWN\\alice", L""},
+              {bytesOf(L"OWN"sv), 0, "OWN\\alice", L""},
+              {bytesOf<wchar_t>(std::wstring(40, L'o')), 234, "", L" Can't get value of registry key corp.example"},
+              {odd, 0, "OWN\\alice", L""},
+              {Bytes(), 0, "\\alice", L""}};
+  const Translation<TypeParam> translation("", ERROR_NO_SUCH_DOMAIN);
+  LogCapture log;
   for (const auto& row : rows) {
-    TestFixture::removeCaches();
-    if (row.state != L"no key"sv) {
+    SCOPED_TRACE(&row - rows);
+    if (&row != rows) {
       const Key key = Key::create(kOwnCache);
-      if (row.state != L"no value"sv) {
-        Bytes data = bytesOf<wchar_t>(row.data);
-        data.resize(data.size() + row.extraBytes, 0x41);
-        key.set(L"corp.example", REG_SZ, data);
+      if (row.data) {
+        key.set(L"corp.example", REG_SZ, *row.data);
       }
     }
     GuardedBuffer<Char> sam(41);
     DWORD size = 40;
-    EXPECT_EQ(TypeParam::decompose(as<Char>(kAlice).c_str(), sam.data(), &size) != 0, row.lastError == 0) << row.state;
-    Lines lines = {{TXLOG_ENTRY, name}};
-    if (row.lastError == 0) {
-      EXPECT_EQ(sam.data(), as<Char>(row.text)) << testing::PrintToString(row.state);
-      EXPECT_EQ(size, std::string_view(row.text).size() + 1);
+    EXPECT_EQ(this->decompose(kAlice, sam.data(), &size), row.lastError);
+    Log expected = {entered(name)};
+    if (row.lastError != 0) {
+      expected.push_back(failed(name + row.error));
     } else {
-      EXPECT_EQ(GetLastError(), row.lastError);
-      lines.push_back({TXLOG_ERROR, name + row.error});
+      EXPECT_EQ(sam.data(), as<Char>(row.text));
+      EXPECT_EQ(size, std::string_view(row.text).size() + 1);
     }
-    lines.push_back({TXLOG_EXIT, name + L" (" + std::to_wstring(row.lastError) + L")"});
-    EXPECT_TRUE(log.was(records(lines))) << testing::PrintToString(row.state);
+    expected.push_back(left(name + inParentheses(static_cast<int>(row.lastError))));
+    EXPECT_TRUE(log.was(expected));
   }
 }
 
 TYPED_TEST(Upn, SystemCache) {
   using Char = typename TypeParam::Char;
-  const auto ask = [](const char* suffix, Char* name, DWORD* size) {
-    SetLastError(kUntouchedError);
-    return TypeParam::systemCache(as<Char>(suffix).c_str(), name, size) != 0 ? 0 : GetLastError();
-  };
-  support::LogCapture log;
+  LogCapture log;
   DWORD size = 20;
-  GuardedBuffer<Char> name(21);
-  EXPECT_EQ(ask("corp.example", name.data(), &size), 2u);
+  GuardedBuffer<Char> name(300);
+  EXPECT_EQ(this->systemCache("corp.example", name.data(), &size), 2u);
+  // 126 wide or 254 narrow characters of data, 254 of a name; one more ends the search.
+  const std::string suffix(TypeParam::wide ? 126 : 254, 's');
+  const std::wstring longName(254, L'd');
   put(kSystemCache, L"AAAA", L"corp.example");
   put(kSystemCache, L"BBB", L"corp.example");
-  EXPECT_EQ(ask("Corp.example", name.data(), &size), 259u);
-  EXPECT_EQ(ask("corp.exampl", name.data(), &size), 259u);
+  EXPECT_EQ(this->systemCache("Corp.example", name.data(), &size), 259u);
+  EXPECT_EQ(this->systemCache("corp.exampl", name.data(), &size), 259u);
   EXPECT_EQ(size, 20u);
   EXPECT_TRUE(name.untouched());
-  EXPECT_EQ(ask("corp.example", nullptr, &size), 0u);
-  EXPECT_EQ(size, 4u);
-  EXPECT_EQ(ask("corp.example", name.data(), &size), 0u);
-  EXPECT_EQ(name.data(), as<Char>("AAAA"));
-  EXPECT_TRUE(name.untouched(5));
-  name.refill();
-  size = 3;
-  EXPECT_EQ(ask("corp.example", name.data(), &size), 122u);
-  EXPECT_EQ(size, 4u);
-  EXPECT_TRUE(name.untouched());
-
-  // 126 wide or 254 narrow characters of data, 254 of a name; one more ends the search.
-  const std::size_t most = sizeof(Char) == 1 ? 254 : 126;
-  const std::string longSuffix(most, 's');
-  const auto wideSuffix = as<wchar_t>(longSuffix);
-  put(kSystemCache, L"CC", wideSuffix);
-  put(kSystemCache, (L"D" + std::wstring(253, L'd')).c_str(), L"long.example");
-  put(kSystemCache, L"E", wideSuffix + L's');
+  put(kSystemCache, L"CC", widened(suffix));
+  put(kSystemCache, longName, L"long.example");
+  put(kSystemCache, L"E" + longName, L"name.example");
   put(kSystemCache, L"F", L"behind.example");
-  GuardedBuffer<Char> longName(300);
-  for (const auto& [suffix, length] : {std::pair{longSuffix, 2u}, {std::string("long.example"), 254u}}) {
-    size = 299;
-    EXPECT_EQ(ask(suffix.c_str(), longName.data(), &size), 0u);
-    EXPECT_EQ(size, length);
+  const struct {
+    std::string suffix;
+    DWORD capacity, lastError, size;
+    std::wstring name;  // empty: untouched
+  } rows[] = {{"corp.example", 4, 0, 4, L"AAAA"}, {"corp.example", 3, 122, 4, L""},
+              {suffix, 299, 0, 2, L"CC"},         {"long.example", 254, 0, 254, longName},
+              {suffix + 's', 299, 234, 299, L""}, {"behind.example", 299, 234, 299, L""}};
+  for (const auto& row : rows) {
+    name.refill();
+    size = row.capacity;
+    EXPECT_EQ(this->systemCache(row.suffix, name.data(), &size), row.lastError) << row.suffix;
+    EXPECT_EQ(size, row.size);
+    EXPECT_TRUE(name.untouched(row.name.empty() ? 0 : row.size + 1));
+    EXPECT_TRUE(row.name.empty() || widened(std::basic_string<Char>(name.data())) == row.name);
   }
-  EXPECT_EQ(ask((longSuffix + 's').c_str(), longName.data(), &size), 234u);
-  EXPECT_EQ(ask("behind.example", longName.data(), &size), 234u);
-  EXPECT_EQ(size, 254u);
+  RegDeleteValueW(Key(kSystemCache).get(), (L"E" + longName).c_str());
+  put(kSystemCache, L"E", widened(suffix) + L's');
+  EXPECT_EQ(this->systemCache("unknown.example", name.data(), &size), 234u);
+  size = 0;
+  EXPECT_EQ(this->systemCache("corp.example", nullptr, &size), 0u);
+  EXPECT_EQ(size, 4u);
   EXPECT_TRUE(log.was({}));
 }
 

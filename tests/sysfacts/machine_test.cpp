@@ -3,183 +3,172 @@
 #include <functional>
 
 #include <support/allocfault.h>
+#include <support/faultsweep.h>
 
 #include "forms.h"
 
 namespace sysfacts {
 namespace {
 
-using vlplatform::FaultSpan;
-
-class OnMachine : public support::MachineTest {};
-
-template <class Width>
-void expectWalk() {
-  using Char = typename Width::Char;
-  const struct {
-    const wchar_t* cursor;
-    const wchar_t* next;  // null: none
-  } rows[] = {{L"", L"C:"},   {L"C:", L"E:"}, {L"C:\\", L"E:"}, {L"E:", nullptr}, {L"E:\\", nullptr}, {L"D:", L"E:"},
-              {L"A:", L"C:"}, {L"c:", L"C:"}, {L"Z:", L"C:"},   {L"\\", L"C:"},   {L"C:\\\\", L"C:"}};
-  for (const auto& row : rows) {
-    auto drive = as<Char>(row.cursor);
-    EXPECT_EQ(vlSysGetFixedDrive(drive), row.next != nullptr ? 0 : 15) << testing::PrintToString(row.cursor);
-    EXPECT_EQ(drive, as<Char>(row.next != nullptr ? row.next : row.cursor));
+class OnMachine : public MachineTest {
+ protected:
+  void SetUp() override {
+    MachineTest::SetUp();
+    machine().drives().clear();
+    machine().drives().set(L'A', DRIVE_REMOVABLE);
+    machine().drives().set(L'C', DRIVE_FIXED);
+    machine().drives().set(L'D', DRIVE_CDROM);
+    machine().drives().set(L'E', DRIVE_FIXED);
+    machine().environment().set(L"SystemDrive", L"C:");
+    machine().accounts().addDomain(L"CORP", L"S-1-5-21-1-2-3");
+    machine().accounts().addUser(L"CORP", L"alice", 1104);
   }
-}
+};
 
 TEST_F(OnMachine, TheCursorOfAListWithGaps) {
-  using vlplatform::machine;
-  machine().drives().clear();
-  machine().drives().set(L'A', DRIVE_REMOVABLE);
-  machine().drives().set(L'C', DRIVE_FIXED);
-  machine().drives().set(L'D', DRIVE_CDROM);
-  machine().drives().set(L'E', DRIVE_FIXED);
-  expectWalk<Narrow>();
-  expectWalk<Wide>();
+  const auto expectNext = [](const char* cursor, const char* next) {
+    const auto walk = [=](auto drive, auto expected) {
+      EXPECT_EQ(vlSysGetFixedDrive(drive), next[0] != '\0' ? 0 : 15) << cursor;
+      EXPECT_EQ(drive, expected);
+    };
+    const char* const expected = next[0] != '\0' ? next : cursor;
+    walk(as<char>(cursor), as<char>(expected));
+    walk(as<wchar_t>(cursor), as<wchar_t>(expected));
+  };
+  for (const auto& [cursor, next] : {std::pair("", "C:"),
+                                     {"C:", "E:"},
+                                     {"C:\\", "E:"},
+                                     {"E:", ""},
+                                     {"E:\\", ""},
+                                     {"D:", "E:"},
+                                     {"A:", "C:"},
+                                     {"c:", "C:"},
+                                     {"Z:", "C:"},
+                                     {"\\", "C:"},
+                                     {"C:\\\\", "C:"}}) {
+    expectNext(cursor, next);
+  }
   machine().drives().remove(L'C');
   machine().drives().remove(L'E');
-  std::wstring drive;
-  support::LogCapture log;
-  EXPECT_EQ(vlSysGetFixedDrive(drive), 15);
-  EXPECT_TRUE(log.was(records({{TXLOG_ENTRY, L"GetFixedDrive"},
-                               {TXLOG_ERROR, L"GetFixedDrive Hard Drive not found"},
-                               {TXLOG_EXIT, L"GetFixedDrive (15)"}})));
+  expectNext("", "");
 }
 
-TEST_F(OnMachine, WhatGrowsBetweenTwoCallsIsRefused) {
+TEST_F(OnMachine, WhatChangesBetweenTwoCallsIsRefusedWithTheNumberThatIsThere) {
   machine().drives().setAfterNextQuery(L'Y', DRIVE_FIXED);
   std::wstring drive = L"before";
   SetLastError(77);
   EXPECT_EQ(vlSysGetFixedDrive(drive), 77);
-  EXPECT_EQ(drive, L"before");
-  machine().environment().set(L"SystemDrive", L"C:");
   machine().environment().setAfterNextQuery(L"SystemDrive", L"C:\\longer");
   SetLastError(78);
   EXPECT_EQ(vlSysGetSystemDrive(drive), 78);
   EXPECT_EQ(drive, L"before");
+  // No number is there, and the buffer keeps its text all the same.
+  machine().environment().setAfterNextQuery(L"SystemDrive", L"C:\\longer still");
+  SetLastError(0);
+  wchar_t buffer[16] = L"X:";
+  DWORD chars = 16;
+  EXPECT_EQ(vlSysGetSystemDriveW(buffer, &chars), 0);
+  EXPECT_STREQ(buffer, L"X:");
 }
 
+// The operations, each with the number of platform calls that can fail it.
+struct Operation {
+  std::string name;
+  int decisive;
+  std::function<DWORD()> call;
+};
+
 template <class Width>
-std::vector<std::pair<const char*, std::function<DWORD()>>> operations() {
+std::vector<Operation> operations() {
   using Char = typename Width::Char;
-  return {{"fixedDrive",
-           [] {
-             GuardedBuffer<Char> buffer(3);
-             buffer.data()[0] = 0;
-             DWORD chars = 3;
-             const int result = Width::fixedDrive(buffer.data(), &chars);
-             EXPECT_EQ(buffer.data()[0] == 0, result != 0);
-             return static_cast<DWORD>(result);
-           }},
-          {"systemDrive",
-           [] {
-             GuardedBuffer<Char> buffer(3);
-             DWORD chars = 3;
-             const int result = Width::systemDrive(buffer.data(), &chars);
-             EXPECT_EQ(buffer.untouched(), result != 0);
-             return static_cast<DWORD>(result);
-           }},
-          {"userSid",
+  const auto drive = [](auto function) {
+    return [function] {
+      GuardedBuffer<Char> buffer(3);
+      buffer.data()[0] = 0;
+      DWORD chars = 3;
+      const int result = function(buffer.data(), &chars);
+      EXPECT_EQ(buffer.data()[0] == 0, result != 0);
+      return static_cast<DWORD>(result);
+    };
+  };
+  return {{"fixedDrive", 2, drive(Width::fixedDrive)},
+          {"systemDrive", 2, drive(Width::systemDrive)},
+          {"userSid", 2,
            [] {
              void* sid = &sid;
-             const DWORD result = Width::userSid(as<Char>(L"alice").c_str(), as<Char>(L"CORP").c_str(), &sid);
-             EXPECT_NE(sid, static_cast<void*>(&sid));
-             EXPECT_TRUE(result != 0 || sid != nullptr);
+             const DWORD result = Width::userSid(as<Char>("alice").c_str(), as<Char>("CORP").c_str(), &sid);
+             EXPECT_TRUE(sid != &sid && (result != 0 || sid != nullptr));
              std::free(sid);
              return result;
            }},
-          {"obtainSid", [] {
+          {"obtainSid", 5, [] {
              HANDLE token = nullptr;
-             EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token));
+             if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) {
+               return GetLastError();
+             }
              GuardedBuffer<Char> text(256);
              DWORD bytes = 256 * sizeof(Char);
              const BOOL result = Width::obtainSid(token, text.data(), &bytes);
              const DWORD code = result ? 0 : GetLastError();
-             EXPECT_EQ(text.untouched(), result == 0);
              CloseHandle(token);
+             EXPECT_EQ(text.untouched(), result == 0);
              return code;
            }}};
 }
 
 TEST_F(OnMachine, EveryPlatformCallThatFailsGivesItsNumber) {
-  machine().accounts().addDomain(L"CORP", L"S-1-5-21-1-2-3");
-  machine().accounts().addUser(L"CORP", L"alice", 1104);
-  const struct {
-    const char* function;
-    const char* operation;
-    std::uint64_t calls;
-  } rows[] = {{"GetLogicalDriveStrings", "fixedDrive", 2},
-              {"GetEnvironmentVariable", "systemDrive", 2},
-              {"LookupAccountName", "userSid", 2},
-              {"GetTokenInformation", "obtainSid", 2},
-              {"LocalAlloc", "obtainSid", 1}};
-  const auto sweep = [&](const auto& all, const char* letter) {
-    for (const auto& [name, call] : all) {
-      for (const auto& row : rows) {
-        if (row.operation != std::string_view(name)) {
-          continue;
-        }
-        const bool twins = row.operation != std::string_view("obtainSid");
-        const std::string function = std::string(row.function) + (twins ? letter : "");
-        for (const FaultSpan span : {FaultSpan::once, FaultSpan::forEver}) {
-          for (std::uint64_t n = 1; n <= row.calls + 1; ++n) {
-            faults().watch();
-            faults().fail(function, n, span, 4321);
-            EXPECT_EQ(call(), n <= row.calls ? 4321u : 0u) << function << " " << n;
-            EXPECT_EQ(faults().calls(function), n == 1 ? 1u : row.calls) << function;
-            faults().watch();
+  for (const auto& all : {operations<Narrow>(), operations<Wide>()}) {
+    for (const Operation& operation : all) {
+      int failures = 0;
+      sweepFaults(
+          operation.name,
+          [&](auto arm) {
+            arm();
+            return operation.call();
+          },
+          [&](DWORD code, const std::string& failed, FaultSpan span) {
+            EXPECT_TRUE(code == 0 || !failed.empty()) << code;
+            failures += code == kSweepCode && span == FaultSpan::once;
+            EXPECT_TRUE(code == 0 || code == kSweepCode || span == FaultSpan::forEver) << code;
             expectNothingOpen();
-          }
-        }
-      }
+          });
+      EXPECT_TRUE(failures == operation.decisive || !isWholeSweep()) << operation.name << failures;
     }
-  };
-  sweep(operations<Narrow>(), "A");
-  sweep(operations<Wide>(), "W");
+  }
 }
 
 TEST_F(OnMachine, WithoutMemory) {
-  if (!support::kCountsMalloc) {
+  if (!kCountsMalloc) {
     GTEST_SKIP() << "malloc is the sanitizer's";
   }
-  machine().accounts().addDomain(L"CORP", L"S-1-5-21-1-2-3");
-  machine().accounts().addUser(L"CORP", L"alice", 1104);
+  LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
   // Short texts take no memory of their own, so that the first allocation is the library's.
-  const std::string user = "alice";
-  const std::string domain = "CORP";
+  const std::string user = "alice", domain = "CORP";
   for (std::uint64_t n = 1; n <= 2; ++n) {
-    support::LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
     void* sid = &log;
-    support::AllocFault fault(n);
+    AllocFault fault(n);
     const unsigned long result = vlSysGetUserSID(user, domain, sid);
     EXPECT_TRUE(fault.end());
     EXPECT_EQ(result, 8u);
     EXPECT_EQ(sid != nullptr, n == 2);
-    EXPECT_TRUE(log.was(records({{TXLOG_ERROR, L"vlSysGetUserSID Memory allocation failed\n"}})));
+    EXPECT_TRUE(log.was({failed(L"vlSysGetUserSID Memory allocation failed\n")}));
     std::free(sid);
   }
-  machine().drives().clear();
-  machine().drives().set(L'C', DRIVE_FIXED);
-  machine().environment().set(L"SystemDrive", L"C:");
-  support::LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
-  const auto fails = [&](auto function, auto drive, const std::wstring& record) {
+  const auto fails = [&](auto function, auto drive, const std::wstring& name, std::size_t bytes) {
     const auto before = drive;
-    support::AllocFault fault(1);
+    AllocFault fault(1);
     const int result = function(drive);
     EXPECT_TRUE(fault.end());
     EXPECT_EQ(result, 8);
     EXPECT_EQ(drive, before);
-    EXPECT_TRUE(log.was(records({{TXLOG_ERROR, record}})));
+    EXPECT_TRUE(log.was({failed(name + L" Memory allocation failed (" + std::to_wstring(bytes) + L" bytes)")}));
   };
   const auto fixed = [](auto& drive) { return vlSysGetFixedDrive(drive); };
   const auto system = [](auto& drive) { return vlSysGetSystemDrive(drive); };
-  const std::wstring wideBytes = std::to_wstring(5 * sizeof(wchar_t));
-  fails(fixed, std::string("x"), L"GetFixedDrive Memory allocation failed (5 bytes)");
-  fails(fixed, std::wstring(L"x"), L"GetFixedDrive Memory allocation failed (" + wideBytes + L" bytes)");
-  fails(system, std::string("x"), L"vlSysGetSystemDrive Memory allocation failed (3 bytes)");
-  fails(system, std::wstring(L"x"),
-        L"vlSysGetSystemDrive Memory allocation failed (" + std::to_wstring(3 * sizeof(wchar_t)) + L" bytes)");
+  fails(fixed, std::string("x"), L"GetFixedDrive", 17);
+  fails(fixed, std::wstring(L"x"), L"GetFixedDrive", 17 * sizeof(wchar_t));
+  fails(system, std::string("x"), L"vlSysGetSystemDrive", 3);
+  fails(system, std::wstring(L"x"), L"vlSysGetSystemDrive", 3 * sizeof(wchar_t));
 }
 
 }  // namespace
