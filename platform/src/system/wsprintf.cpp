@@ -1,6 +1,9 @@
 // wsprintfW and wsprintfA: one formatter in two widths, smaller than the runtime's.
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
+#include <iterator>
+#include <limits>
 #include <string>
 #include <type_traits>
 
@@ -154,13 +157,15 @@ class SmallFormatter {
     return length == Length::h ? static_cast<unsigned short>(value) : value;
   }
 
-  void number(const Conversion& conversion, std::string_view prefix, unsigned long long value, unsigned base,
-              bool upper) {
-    String digits;
-    do {
-      digits.insert(digits.begin(), static_cast<Char>((upper ? "0123456789ABCDEF" : "0123456789abcdef")[value % base]));
-      value /= base;
-    } while (value != 0);
+  void number(const Conversion& conversion, std::string_view prefix, unsigned long long value, int base, bool upper) {
+    char text[std::numeric_limits<unsigned long long>::digits10 + 2];
+    const char* const end = std::to_chars(std::begin(text), std::end(text), value, base).ptr;
+    String digits(std::cbegin(text), end);
+    if (upper) {
+      for (Char& digit : digits) {
+        digit = digit >= 'a' ? static_cast<Char>(digit - 'a' + 'A') : digit;
+      }
+    }
     std::size_t wanted = conversion.precision != String::npos ? conversion.precision : 1;
     if (conversion.precision == String::npos && conversion.zero && !conversion.left &&
         conversion.width > prefix.size()) {
