@@ -13,8 +13,8 @@
 /// Results, of all functions:
 ///
 ///    0  done
-///   -1  a call of the platform failed. Which one, and its error number, only the log tells: the thread's last-error
-///       value means nothing here.
+///   -1  a call of the platform failed. Which one, and mostly its error number too, only the log tells: the thread's
+///       last-error value means nothing here.
 ///   -2  the buffer is too small
 ///   -3  invalid argument: the section, or a null pointer where one is required. The registry was not touched.
 ///   -4  the value has another type than the one to read
@@ -22,9 +22,11 @@
 /// All functions are free of state and may run on any number of threads at once; nothing is locked between two calls.
 /// None throws, none allocates memory, all buffers are the caller's.
 ///
-/// Every call leaves its way in the log under the tag VLHOSTKIT: entry and exit, failures with the platform's number,
-/// and EVERY VALUE THAT IS READ, IN CLEAR, whatever it is. Keep secrets out of values that are read by these functions,
-/// or the log's level below trace. Data that is written is not logged.
+/// Forms that end in A take narrow text in the process's ANSI code page, and count narrow bytes.
+///
+/// Every call leaves its way in the log under the tag VLHOSTKIT: entry (but for vlRegDeleteSubKey) and exit, the
+/// failure that ended it, and EVERY VALUE THAT IS READ, IN CLEAR, whatever it is. Keep secrets out of values that are
+/// read by these functions, or the log's level below trace. Data that is written is not logged.
 #ifndef VLHOSTKIT_REGISTRY_H
 #define VLHOSTKIT_REGISTRY_H
 
@@ -36,7 +38,8 @@ extern "C" {
 /// takes narrow names.
 ///
 /// Returns 0, or
-///   -1  the key or the value can't be opened or read, or the value is longer than 4 bytes, whatever its type;
+///   -1  the key or the value can't be opened or read, or the value is longer than 4 bytes, whatever its type: take
+///       `*pdwValue` as unknown;
 ///   -3  bad section, `pszKey` or `pdwValue` NULL: `*pdwValue` stays as it was;
 ///   -4  the value is no REG_DWORD: if it has at most 4 bytes they have been stored in `*pdwValue`.
 /// A REG_DWORD that was stored with less than 4 bytes sets only so many of `*pdwValue`: initialise it.
@@ -127,6 +130,8 @@ VLHOSTKIT_API int vlRegReadValueEx(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueNa
 /// `cbData` counts BYTES and is the caller's word: nothing is computed, added or looked at. Text wants its terminator
 /// counted, (characters + 1) * sizeof(wchar_t), and a multi-string its closing NUL too; what is left out is not stored.
 ///
+/// `pData` is not tested: NULL goes to the platform, with whatever `cbData` says.
+///
 /// Return 0, or -1 if the key can't be made or opened, or the value not be stored (a key that was made stays), or -3.
 VLHOSTKIT_API int vlRegWriteDWORDValue(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueName, DWORD dwValue);
 VLHOSTKIT_API int vlRegWriteDWORDValueEx(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueName, DWORD dwValue,
@@ -159,12 +164,12 @@ struct RegValueEntry {
 /// is filtered, and the count is that of all values.
 ///
 /// Returns 0, or
-///   -1  the key can't be opened, or has no value at all;
+///   -1  the key can't be opened, has no value at all, or its first value can't be read;
 ///   -3  bad section, `pszKey` or `pnValueCount` NULL.
 /// Then `*pnValueCount` and `pEntries` stay as they were. That there are more values than elements is a success like
 /// any other: to be sure, offer an element more than were counted, and begin anew if all of them are filled.
 ///
-/// A value that can't be read, because its name has more than 259 characters or for any other reason, is one more
+/// A later value that can't be read, because its name has more than 259 characters or for any other reason, is one more
 /// value, with an empty name and the type REG_NONE (0); the filter holds for it too. Where no array bounds the walk,
 /// 65536 of them in a row are taken for the end of the key, and not counted.
 ///
@@ -182,8 +187,8 @@ VLHOSTKIT_API int vlRegListValueNamesEx(HKEY hKey, LPCWSTR pszKey, RegValueEntry
 
 /// Lists the names of the subkeys of a key. `pNames` is one block of `*pnSubKeyCount` slots of 255 characters each, no
 /// array of pointers: the name at index i begins at `pNames + 255 * i` and is NUL-terminated. All else as in
-/// vlRegListValueNames; a subkey that can't be read, because its name has more than 254 characters or for any other
-/// reason, has an empty name.
+/// vlRegListValueNames; a later subkey that can't be read, because its name has more than 254 characters or for any
+/// other reason, has an empty name.
 VLHOSTKIT_API int vlRegListKeys(HKEY hKey, LPCWSTR pszKey, WCHAR* pNames, int* pnSubKeyCount);
 VLHOSTKIT_API int vlRegListKeysEx(HKEY hKey, LPCWSTR pszKey, WCHAR* pNames, int* pnSubKeyCount, DWORD dwSection);
 
@@ -195,14 +200,17 @@ VLHOSTKIT_API int vlRegDeleteValue(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueNa
 ///
 /// Here a `dwSection` of 0 means the 32-BIT VIEW for the calls that take a view, unlike in all other functions. Only
 /// the platform's RegDeleteKeyEx takes one, if it is found under that name; where the deletion runs on the fall-backs,
-/// RegDeleteKey and vlRegDeleteSubKey, the view is that of the process, whatever `dwSection` says.
+/// RegDeleteKey and vlRegDeleteSubKey, the view is that of the process, whatever `dwSection` says. So is that of the
+/// platform's RegDeleteTree, where that is found too: it runs first, its failure doesn't count, and the two may reach
+/// different keys if the views differ.
 ///
-/// Returns 0, or -1 if the key can't be deleted or is missing, or -3. A key with subkeys is not deleted without the
-/// flag. What was deleted before a failure stays deleted.
+/// Returns 0, or -1 if the key can't be deleted or is missing or the platform's library not be loaded, or -3. A key
+/// with subkeys is not deleted without the flag. What was deleted before a failure stays deleted.
 VLHOSTKIT_API int vlRegDeleteKey(HKEY hKey, LPCWSTR pszKey, bool bDeleteSubKeys, DWORD dwSection);
 
 /// Deletes what lies below a key, depth first, and the key itself if `bDeleteKey` is set. Mind the order of the last
-/// two arguments. `dwSection` is tested and has no effect: the view is that of the process. `pszKey` must not be NULL.
+/// two arguments. `dwSection` is tested and has no effect: the view is that of the process. `pszKey` must not be NULL;
+/// an empty one names `hKey` itself, below which this walk reaches nothing.
 ///
 /// Returns 0, or -1 if the key can't be opened or, with `bDeleteKey`, not be deleted, or -3 for a bad section. The walk
 /// ends at the first subkey that can't be deleted; without `bDeleteKey` that is NOT reported, and what was deleted

@@ -26,6 +26,18 @@ class Sweep : public RegistryTest {
       return Operation{[=, this](auto key) { return function(kRoot, key, value, nullptr, &number, 0); },
                        [this] { return number != 77; }};
     };
+    const auto filled = [this](auto function, const wchar_t* value, DWORD valueType = 0) {
+      return Operation{[=, this](auto key) {
+                         type = valueType;
+                         DWORD size = sizeof data;
+                         return function(key, value, &size);
+                       },
+                       [this] { return data[0] != 77; }};
+    };
+    const auto written = [](auto function) {
+      return Operation{[=](auto key) { return function(kRoot, key, L"new", "\1\0\0", 4, 0); },
+                       [] { return Key(path()).stored(L"new").has_value(); }};
+    };
     const auto gone = [] { return !Key(path()); };
     return {
         {[this](auto key) { return vlRegReadDWORDValueExW(kRoot, key, L"d", &number, 0); },
@@ -42,6 +54,25 @@ class Sweep : public RegistryTest {
         {[this](auto key) { return vlRegListValueNamesEx(kRoot, key, entries, &count, ~0u, 0); },
          [this] { return entries[0].dwType != 77; }},
         {[this](auto key) { return vlRegListKeysEx(kRoot, key, nullptr, &count, 0); }, [this] { return count != 9; }},
+        {[this](auto key) { return vlRegListKeysEx(kRoot, key, names, &count, 0); }, [this] { return names[0] != 77; }},
+        filled(
+            [this](auto key, auto value, DWORD* size) {
+              return vlRegReadStringValueExA(kRoot, narrow(key).c_str(), narrow(value).c_str(), data, size, 0);
+            },
+            L"s"),
+        filled(
+            [this](auto key, auto value, DWORD* size) {
+              return vlRegReadMultiStringValueExA(kRoot, narrow(key).c_str(), narrow(value).c_str(), data, size, 0);
+            },
+            L"m"),
+        filled([this](auto key, auto value,
+                      DWORD* size) { return vlRegReadValueEx(kRoot, key, value, &type, data, size, 0); },
+               L"b", REG_BINARY),
+        written(vlRegWriteStringValueEx),
+        written(vlRegWriteMultiStringValueEx),
+        written(vlRegWriteBinaryValueEx),
+        {[](auto key) { return vlRegDeleteKey(kRoot, (std::wstring(key) + L"\\c").c_str(), false, 0x100); },
+         [] { return !Key(path() + L"\\c"); }},
         {[](auto key) { return vlRegDeleteValue(kRoot, key, L"d", 0); },
          [] { return !Key(path()).stored(L"d").has_value(); }},
         {[](auto key) { return vlRegDeleteKey(kRoot, key, true, KEY_WOW64_64KEY); }, gone},
@@ -57,7 +88,8 @@ class Sweep : public RegistryTest {
     RegDeleteValueW(key.get(), L"new");
     create(L"a\\b");
     create(L"c");
-    number = entries[0].dwType = 77;
+    number = entries[0].dwType = data[0] = 77;
+    names[0] = 77;
     count = 9;
     log.take();
   }
@@ -65,6 +97,8 @@ class Sweep : public RegistryTest {
   DWORD number = 0, type = 0;
   int count = 0;
   RegValueEntry entries[9];
+  BYTE data[64];
+  WCHAR names[9 * 255];
 };
 
 TEST_F(Sweep, ResultsAgreeWithWhatWasDone) {
@@ -94,6 +128,24 @@ TEST_F(Sweep, ResultsAgreeWithWhatWasDone) {
     return;
   }
   EXPECT_GT(reached, 250);
+}
+
+// A subkey that the platform refuses to delete ends the walk of its parent, and the failure goes up the chain.
+TEST_F(Sweep, AChildThatIsRefusedStays) {
+  prepare();
+  machine().registry().deny(kRoot, path() + L"\\a\\b", DELETE);
+  EXPECT_EQ(vlRegDeleteSubKey(kRoot, path().c_str(), 0, true), -1);
+  log.take();
+  EXPECT_EQ(vlRegDeleteSubKey(kRoot, path().c_str(), 0, false), 0);
+  const std::wstring exits[] = {L"-1", L"-1", L"0"};
+  const auto records = log.take();
+  ASSERT_EQ(records.size(), std::size(exits));
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    EXPECT_EQ(records[i].text, L"vlRegDeleteSubKey : ret=(" + exits[i] + L")");
+  }
+  machine().registry().deny(kRoot, path() + L"\\a\\b", 0);
+  EXPECT_TRUE(Key(path() + L"\\a\\b") && Key(path() + L"\\c"));
+  EXPECT_EQ(vlRegDeleteSubKey(kRoot, path().c_str(), 0, true), 0);
 }
 
 // A count ends although the platform fails at every index; what can't be read is counted while something follows.
