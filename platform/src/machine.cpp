@@ -18,6 +18,7 @@ void Machine::reset() {
   drives_.reset();
   environment_.reset();
   registry_.reset();
+  version_.reset();
 }
 
 }  // namespace vlplatform

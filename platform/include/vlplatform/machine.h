@@ -15,6 +15,7 @@
 #include <vlplatform/machine/registry.h>
 #include <vlplatform/machine/sessions.h>
 #include <vlplatform/machine/strings.h>
+#include <vlplatform/machine/version.h>
 
 namespace vlplatform {
 
@@ -34,6 +35,7 @@ class Machine {
   Drives& drives() { return drives_; }
   Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
+  Version& version() { return version_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -52,6 +54,7 @@ class Machine {
   Drives drives_;
   Environment environment_;
   Registry registry_;
+  Version version_;
 };
 
 inline Machine& machine() {

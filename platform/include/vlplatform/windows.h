@@ -17,5 +17,6 @@
 #include <vlplatform/system.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>
+#include <vlplatform/version.h>
 
 #endif
