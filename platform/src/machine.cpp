@@ -19,6 +19,7 @@ void Machine::reset() {
   environment_.reset();
   registry_.reset();
   version_.reset();
+  messages_.reset();
 }
 
 }  // namespace vlplatform

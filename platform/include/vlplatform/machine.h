@@ -10,6 +10,7 @@
 #include <vlplatform/machine/drives.h>
 #include <vlplatform/machine/environment.h>
 #include <vlplatform/machine/faults.h>
+#include <vlplatform/machine/messages.h>
 #include <vlplatform/machine/modules.h>
 #include <vlplatform/machine/network.h>
 #include <vlplatform/machine/registry.h>
@@ -36,6 +37,7 @@ class Machine {
   Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
   Version& version() { return version_; }
+  Messages& messages() { return messages_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -55,6 +57,7 @@ class Machine {
   Environment environment_;
   Registry registry_;
   Version version_;
+  Messages messages_;
 };
 
 inline Machine& machine() {
