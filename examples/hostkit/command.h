@@ -17,6 +17,7 @@ struct Context {
 
 void registerRegistry(CLI::App& app, Context& context);
 void registerTime(CLI::App& app, Context& context);
+void registerToast(CLI::App& app, Context& context);
 void registerTour(CLI::App& app, Context& context);
 
 #endif
