@@ -58,7 +58,7 @@ expect("a toast that another thread hides" CODE 0 ARGS toast show "Tïtle" body 
   OUT "The toast has ended: hidden (3)\n" ERR "${toast_text}")
 expect("the mode" CODE 0 ARGS uimode OUT "desktop (1)\n")
 expect("a toast for less than no time" CODE 2 ARGS toast show a b --seconds -1
-  ERR "hostkit: --seconds: Value -1 not in range [0 - 86400]\n${hint}")
+  ERR "hostkit: --seconds: Value -1 not in range 0.000000 to 86400.000000\n${hint}")
 expect("the version" CODE 0 ARGS --version OUT "hostkit ${VERSION}\n")
 expect("no command" CODE 2 ERR "hostkit: A subcommand is required\n${hint}")
 expect("no such command" CODE 2 ARGS tiem parse 2013 ERR "hostkit: 'tiem' is not understood.\n${hint}")

@@ -2,14 +2,12 @@
 #ifndef TOAST_FIXTURE_H
 #define TOAST_FIXTURE_H
 
-#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include <support/entrypoints.h>
 #include <support/logcapture.h>
@@ -19,86 +17,80 @@
 namespace toast {
 
 using namespace VL::Framework;
-using Lines = std::vector<std::pair<int, std::wstring>>;
 
-inline std::vector<support::LogRecord> records(const Lines& lines) {
-  std::vector<support::LogRecord> result;
-  for (const auto& [level, text] : lines) {
-    result.push_back({L"txhostkit", level, text});
+inline constexpr const wchar_t* kSibling = L"tx.hostkit.winrt.dll";
+
+// The records as "LEVEL TEXT" lines; the tag is always the same.
+inline std::wstring taken(support::LogCapture& log) {
+  std::wstring lines;
+  for (const auto& record : log.take()) {
+    EXPECT_EQ(record.tag, L"txhostkit");
+    lines += std::to_wstring(record.level) + L' ' + record.text + L'\n';
   }
-  return result;
+  return lines;
+}
+// A manager's operation with what it logs between.
+inline std::wstring operation(const std::wstring& name, int result, const std::wstring& between = {}) {
+  const std::wstring whole = L"TXToastManager::" + name;
+  return L"8 " + whole + L'\n' + between + L"16 " + whole + L" : returns " + std::to_wstring(result) + L'\n';
 }
 
 template <class Function>
 FARPROC address(Function* function) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
 }
-
-inline void makeQueue() {
-  MSG message;
-  PeekMessageW(&message, nullptr, WM_USER, WM_USER, PM_NOREMOVE);
+template <class Predicate>
+void waitUntil(Predicate predicate) {
+  while (!predicate()) {
+    std::this_thread::yield();
+  }
 }
-// Whether a hide request waits for this thread; takes it.
+// Whether a hide request waits for this thread, which has a queue afterwards; takes it.
 inline bool takeHideRequest() {
   MSG message;
   return PeekMessageW(&message, nullptr, WM_HIDE_TOAST, WM_HIDE_TOAST, PM_REMOVE) != 0;
 }
+// References on the sibling; on Windows 1 stands for any number.
+inline long references() {
+#ifdef _WIN32
+  return GetModuleHandleW(kSibling) != nullptr ? 1 : 0;
+#else
+  return vlplatform::machine().modules().references(kSibling);
+#endif
+}
 
 // What the fake's toasts do, and what was done to them.
 struct Fake {
-  // What they are made of; Display waits for a hide request unless it has `result` to fail with.
-  std::optional<HRESULT> result;
+  std::optional<HRESULT> result;  // Display returns it at once, in place of waiting for a hide request
   std::optional<int> stored = 3;
   std::optional<bool> displaying;  // in place of the truth
   bool makesNone = false;
-
-  std::wstring first;
-  std::wstring second;
-  bool flag = false;
+  std::wstring texts;
   std::atomic<int> alive{0};
-  std::atomic<int> shown{0};     // displays that run
-  std::atomic<int> most{0};      // at a time
-  std::atomic<DWORD> thread{0};  // that displayed last
+  std::atomic<int> shown{0};  // displays that run
+  std::atomic<DWORD> thread{0};
   std::atomic<long> referencesAtEnd{-1};
 };
 inline std::unique_ptr<Fake> fake;
 
-// References on the sibling; on Windows 1 stands for any number.
-inline long references() {
-#ifdef _WIN32
-  return GetModuleHandleW(L"tx.hostkit.winrt.dll") != nullptr ? 1 : 0;
-#else
-  return vlplatform::machine().modules().references(L"tx.hostkit.winrt.dll");
-#endif
-}
-
 class FakeToast : public ITXToastNotification {
  public:
   FakeToast() { ++fake->alive; }
-  ~FakeToast() override {
-    --fake->alive;
-    fake->referencesAtEnd = references();
-  }
+  ~FakeToast() override { fake->referencesAtEnd = --fake->alive + references(); }
   HRESULT Display(int* reason) override {
-    makeQueue();
+    takeHideRequest();
     fake->thread = GetCurrentThreadId();
-    const int now = ++fake->shown;
-    fake->most = std::max<int>(fake->most, now);
+    EXPECT_EQ(++fake->shown, 1) << "one after the other";
     displaying_ = true;
     MSG message{};
     while (!fake->result && message.message != WM_HIDE_TOAST && GetMessageW(&message, nullptr, 0, 0) > 0) {
     }
     displaying_ = false;
     --fake->shown;
-    if (fake->stored) {
-      *reason = *fake->stored;
-    }
+    *reason = fake->stored.value_or(*reason);
     return fake->result.value_or(S_OK);
   }
-  int GetExitReason() override {
-    ADD_FAILURE() << "nobody calls this";
-    return 0;
-  }
+  int GetExitReason() override { return ADD_FAILURE() << "nobody calls this", 0; }
   bool IsDisplaying() override { return fake->displaying.value_or(displaying_); }
 
  private:
@@ -106,13 +98,11 @@ class FakeToast : public ITXToastNotification {
 };
 
 inline ITXToastNotification* createFake(secstring first, secstring second, bool flag) {
-  fake->first = first.c_str();
-  fake->second = second.c_str();
-  fake->flag = flag;
+  fake->texts = std::wstring(first.c_str()) + L'|' + second.c_str() + (flag ? L"|true" : L"|false");
   return fake->makesNone ? nullptr : new FakeToast;
 }
 inline HOSTKIT_UI_MODE fakeMode() {
-  return static_cast<HOSTKIT_UI_MODE>(0x7654321);
+  return HOSTKIT_UI_MODE{0x7654321};
 }
 
 // Each test has a sibling whose entry points are the fake's. On Windows the real one is loaded, and asked nothing.
@@ -129,24 +119,19 @@ class WithFake : public support::MachineTest {
   void TearDown() override {
     EXPECT_EQ(fake->alive, 0);
     EXPECT_EQ(references(), 0);
-    EXPECT_LE(fake->most, 1);
     points_.reset();
     fake.reset();
     MachineTest::TearDown();
   }
   // Null: the entry point is missing.
-  void offer(FARPROC create, FARPROC mode) {
+  void offer(FARPROC maker, FARPROC mode) {
     points_.reset();
     points_.emplace(kSibling,
-                    std::vector<support::EntryPoint>{{"CreateToastNotification", create}, {"GetUIMode", mode}});
+                    std::vector<support::EntryPoint>{{"CreateToastNotification", maker}, {"GetUIMode", mode}});
   }
-  static bool hideSoon(ITXToastManager& manager) {
-    while (!manager.HideToast()) {
-      std::this_thread::yield();
-    }
-    return true;
+  static ITXToastManager* create() {
+    return vlCreateToastManager(L"first", secstring(99, L'x'), true);
   }
-  static constexpr const wchar_t* kSibling = L"tx.hostkit.winrt.dll";
 
  private:
   std::optional<support::EntryPoints> points_;

@@ -258,7 +258,8 @@ std::chrono::milliseconds displayTime() {
 
 // The second value is also 0 on machines that can't be converted.
 bool isSlate() {
-  return GetSystemMetrics(SM_TABLETPC) != 0 && GetSystemMetrics(SM_CONVERTIBLESLATEMODE) == 0;
+  constexpr int kConvertibleSlateMode = 0x2003;  // SM_CONVERTIBLESLATEMODE, which not every SDK has
+  return GetSystemMetrics(SM_TABLETPC) != 0 && GetSystemMetrics(kConvertibleSlateMode) == 0;
 }
 
 }  // namespace toast
