@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,12 +36,10 @@ inline std::wstring operation(const std::wstring& name, int result, const std::w
   return L"8 " + whole + L'\n' + between + L"16 " + whole + L" : returns " + std::to_wstring(result) + L'\n';
 }
 
-template <class Function>
-FARPROC address(Function* function) {
+FARPROC address(auto* function) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
 }
-template <class Predicate>
-void waitUntil(Predicate predicate) {
+void waitUntil(auto predicate) {
   while (!predicate()) {
     std::this_thread::yield();
   }
@@ -90,7 +89,7 @@ class FakeToast : public ITXToastNotification {
     *reason = fake->stored.value_or(*reason);
     return fake->result.value_or(S_OK);
   }
-  int GetExitReason() override { return ADD_FAILURE() << "nobody calls this", 0; }
+  int GetExitReason() override { std::abort(); }  // nobody calls this
   bool IsDisplaying() override { return fake->displaying.value_or(displaying_); }
 
  private:
@@ -101,11 +100,8 @@ inline ITXToastNotification* createFake(secstring first, secstring second, bool 
   fake->texts = std::wstring(first.c_str()) + L'|' + second.c_str() + (flag ? L"|true" : L"|false");
   return fake->makesNone ? nullptr : new FakeToast;
 }
-inline HOSTKIT_UI_MODE fakeMode() {
-  return HOSTKIT_UI_MODE{0x7654321};
-}
 
-// Each test has a sibling whose entry points are the fake's. On Windows the real one is loaded, and asked nothing.
+// Tests with a sibling whose entry points are the fake's. On Windows the real one is loaded, and asked nothing.
 class WithFake : public support::MachineTest {
  protected:
   void SetUp() override {
@@ -114,7 +110,7 @@ class WithFake : public support::MachineTest {
 #ifndef _WIN32
     machine().modules().add(kSibling, {});
 #endif
-    offer(address(&createFake), address(&fakeMode));
+    offer(address(&createFake), address(+[] { return HOSTKIT_UI_MODE{0x7654321}; }));
   }
   void TearDown() override {
     EXPECT_EQ(fake->alive, 0);

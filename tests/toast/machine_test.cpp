@@ -8,7 +8,6 @@
 #include "fixture.h"
 
 namespace toast {
-namespace {
 
 class OnMachine : public WithFake {};
 
@@ -28,16 +27,13 @@ TEST_F(OnMachine, VersionsWithTheWindowsRuntime) {
 
 TEST_F(OnMachine, WithoutTheSibling) {
   machine().modules().remove(kSibling);
-  support::LogCapture log;
+  support::LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
   EXPECT_EQ(vlGetUIMode(), HOSTKIT_UI_MODE_UNKNOWN);
   EXPECT_EQ(create(), nullptr);
   vlDeleteToastManager(nullptr);
   EXPECT_EQ(taken(log),
-            L"8 vlGetUIMode\n"
-            "1 vlGetUIMode: LoadLibrary(tx.hostkit.winrt.dll) failed with error code 0x7e\n16 vlGetUIMode\n"
-            "8 vlCreateToastManager\n"
-            "1 vlCreateToastManager: LoadLibrary(tx.hostkit.winrt.dll) failed with error code 0x7e\n"
-            "16 vlCreateToastManager\n8 vlDeleteToastManager\n16 vlDeleteToastManager\n");
+            L"1 vlGetUIMode: LoadLibrary(tx.hostkit.winrt.dll) failed with error code 0x7e\n"
+            "1 vlCreateToastManager: LoadLibrary(tx.hostkit.winrt.dll) failed with error code 0x7e\n");
   EXPECT_EQ(faults().calls("FreeLibrary"), 0u);
 }
 
@@ -51,9 +47,8 @@ TEST_F(OnMachine, AThreadThatCannotStart) {
   support::LogCapture log;
   EXPECT_FALSE(manager->CreateToastThread());
   pthread_setattr_default_np(&usual);
-  EXPECT_EQ(taken(log), operation(L"CreateToastThread", 0,
-                                  L"1 TXToastManager::CreateToastThread : creating thread failed with error 11 "
-                                  "(Resource temporarily unavailable).\n"));
+  const std::wstring line = L"1 TXToastManager::CreateToastThread : creating thread failed with error 11 (";
+  EXPECT_EQ(taken(log), operation(L"CreateToastThread", 0, line + L"Resource temporarily unavailable).\n"));
   EXPECT_FALSE(manager->JoinToastThread());
   // Nor is a post that fails noticed.
   fake->displaying = true;
@@ -75,7 +70,6 @@ TEST_F(OnMachine, OutOfMemoryInCreate) {
     EXPECT_EQ(manager == nullptr, failed) << n;
     EXPECT_EQ(fake->alive, failed ? 0 : 1) << n;
     vlDeleteToastManager(manager);
-    EXPECT_EQ(references(), 0) << n;
   }
   EXPECT_GT(n, 4u);
 }
@@ -103,5 +97,4 @@ TEST_F(OnMachine, TenThousandLivesLeaveNothing) {
   EXPECT_EQ(machine().messages().queues(), queuesBefore);
 }
 
-}  // namespace
 }  // namespace toast
