@@ -41,7 +41,7 @@ FARPROC address(auto* function) {
 }
 void waitUntil(auto predicate) {
   while (!predicate()) {
-    std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::microseconds(50));
   }
 }
 // Whether a hide request waits for this thread, which has a queue afterwards; takes it.
