@@ -65,6 +65,7 @@ int run(const std::vector<std::string>& arguments) {
   registerTime(app, context);
   registerUser(app, context);
   registerSysFacts(app, context);
+  registerToast(app, context);
   registerTour(app, context);
 
   try {

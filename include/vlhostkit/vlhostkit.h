@@ -7,6 +7,7 @@
 #include <vlhostkit/securetext.h>
 #include <vlhostkit/sysfacts.h>
 #include <vlhostkit/timetext.h>
+#include <vlhostkit/toast.h>
 #include <vlhostkit/types.h>
 
 #endif

@@ -91,9 +91,13 @@ using RuntimeBlock = Handle<Pointer, &freeRuntime<Pointer>>;
 
 /// The entry point `name` of `module` as a function of type `Function`, null if there is none.
 template <class Function>
-Function entryPoint(const Module& module, const char* name) {
+Function entryPoint(HMODULE module, const char* name) {
   // Through void*: the platform hands out every entry point under one function type.
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module.get(), name)));
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+template <class Function>
+Function entryPoint(const Module& module, const char* name) {
+  return entryPoint<Function>(module.get(), name);
 }
 
 }  // namespace vl

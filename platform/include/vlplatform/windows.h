@@ -7,6 +7,7 @@
 #include <vlplatform/errors.h>
 #include <vlplatform/heap.h>
 #include <vlplatform/lsa.h>
+#include <vlplatform/messages.h>
 #include <vlplatform/modules.h>
 #include <vlplatform/network.h>
 #include <vlplatform/oleauto.h>
@@ -17,5 +18,6 @@
 #include <vlplatform/system.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>
+#include <vlplatform/version.h>
 
 #endif
