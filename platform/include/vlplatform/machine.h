@@ -10,6 +10,8 @@
 #include <vlplatform/machine/drives.h>
 #include <vlplatform/machine/environment.h>
 #include <vlplatform/machine/faults.h>
+#include <vlplatform/machine/files.h>
+#include <vlplatform/machine/installer.h>
 #include <vlplatform/machine/modules.h>
 #include <vlplatform/machine/network.h>
 #include <vlplatform/machine/registry.h>
@@ -35,6 +37,8 @@ class Machine {
   Drives& drives() { return drives_; }
   Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
+  Files& files() { return files_; }
+  Installer& installer() { return installer_; }
   Version& version() { return version_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
@@ -54,6 +58,8 @@ class Machine {
   Drives drives_;
   Environment environment_;
   Registry registry_;
+  Files files_;
+  Installer installer_;
   Version version_;
 };
 
