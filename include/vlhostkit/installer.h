@@ -39,10 +39,11 @@ extern "C" {
 /// Removes the resource trees. CustomActionData is the product's folder, WITH a backslash at its end ("C:\Product\"):
 /// it is joined to the next word as it is. CommonProgramFiles names the shared program files ("C:\Common").
 ///
-/// Removed:            C:\Product\Resources\Merged\  and  C:\Common\Velorin\Resources\Merged\  with all they hold.
-/// Marked for removal: C:\Product\Resources\  C:\Product\  C:\Product\\..\  C:\Common\Velorin\Resources\
-///                     C:\Common\Velorin\  in this order, so that of them all those go that are empty at the restart.
-/// Never touched:      anything else, the other files of these folders included.
+/// Removed, with all they hold: "C:\Product\Resources\Merged\" and "C:\Common\Velorin\Resources\Merged\".
+/// Marked: "C:\Product\Resources\", "C:\Product\", "C:\Product\\..\" (the folder around the product's),
+/// "C:\Common\Velorin\Resources\" and "C:\Common\Velorin\", in this order, so that of them all those go that are
+/// empty at the restart.
+/// Never touched: anything else, the other files of these folders included.
 VLHOSTKIT_API DWORD WINAPI MSIDeleteResourceFiles(MSIHANDLE install);
 
 /// Removes the one file whose path CustomActionData is. A folder is not deleted; it is marked, and goes at the restart
