@@ -18,5 +18,6 @@ struct Context {
 void registerRegistry(CLI::App& app, Context& context);
 void registerTime(CLI::App& app, Context& context);
 void registerTour(CLI::App& app, Context& context);
+void registerTse(CLI::App& app, Context& context);
 
 #endif

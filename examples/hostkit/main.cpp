@@ -61,6 +61,7 @@ int run(const std::vector<std::string>& arguments) {
   app.footer(kNotes);
   registerRegistry(app, context);
   registerTime(app, context);
+  registerTse(app, context);
   registerTour(app, context);
 
   try {

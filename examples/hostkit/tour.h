@@ -28,6 +28,7 @@ class TourPage {
 
 void tourTime(TourPage& page);
 void tourRegistry(TourPage& page);
+void tourInstaller(TourPage& page);
 void tourSecret(TourPage& page);
 
 #endif
