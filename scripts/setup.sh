@@ -11,7 +11,7 @@ set -euo pipefail
 
 native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest libbenchmark-dev libspdlog-dev
   libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
-windows=(g++-mingw-w64-x86-64-posix wine64 wine)
+windows=(g++-mingw-w64-x86-64-posix wine64 wine wixl)
 dev=(clang clang-format clang-tidy libclang-rt-14-dev)
 
 for argument in "$@"; do

@@ -21,5 +21,6 @@ void registerTime(CLI::App& app, Context& context);
 void registerToast(CLI::App& app, Context& context);
 void registerTour(CLI::App& app, Context& context);
 void registerUser(CLI::App& app, Context& context);
+void registerTse(CLI::App& app, Context& context);
 
 #endif

@@ -66,6 +66,7 @@ int run(const std::vector<std::string>& arguments) {
   registerUser(app, context);
   registerSysFacts(app, context);
   registerToast(app, context);
+  registerTse(app, context);
   registerTour(app, context);
 
   try {

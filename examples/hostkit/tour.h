@@ -30,6 +30,7 @@ void tourTime(TourPage& page);
 void tourRegistry(TourPage& page);
 void tourAccounts(TourPage& page);
 void tourToast(TourPage& page);
+void tourInstaller(TourPage& page);
 void tourSecret(TourPage& page);
 
 #endif

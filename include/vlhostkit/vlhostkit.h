@@ -3,6 +3,7 @@
 #define VLHOSTKIT_VLHOSTKIT_H
 
 #include <vlhostkit/accounts.h>
+#include <vlhostkit/installer.h>
 #include <vlhostkit/registry.h>
 #include <vlhostkit/securetext.h>
 #include <vlhostkit/sysfacts.h>

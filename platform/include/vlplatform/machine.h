@@ -10,6 +10,8 @@
 #include <vlplatform/machine/drives.h>
 #include <vlplatform/machine/environment.h>
 #include <vlplatform/machine/faults.h>
+#include <vlplatform/machine/files.h>
+#include <vlplatform/machine/installer.h>
 #include <vlplatform/machine/messages.h>
 #include <vlplatform/machine/modules.h>
 #include <vlplatform/machine/network.h>
@@ -36,6 +38,8 @@ class Machine {
   Drives& drives() { return drives_; }
   Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
+  Files& files() { return files_; }
+  Installer& installer() { return installer_; }
   Version& version() { return version_; }
   Messages& messages() { return messages_; }
 
@@ -56,6 +60,8 @@ class Machine {
   Drives drives_;
   Environment environment_;
   Registry registry_;
+  Files files_;
+  Installer installer_;
   Version version_;
   Messages messages_;
 };

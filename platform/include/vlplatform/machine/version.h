@@ -16,6 +16,7 @@ struct VersionFacts {
   WORD servicePackMinor = 0;
   WORD suiteMask = VER_SUITE_SINGLEUSERTS;
   BYTE productType = VER_NT_WORKSTATION;
+  DWORD platform = VER_PLATFORM_WIN32_NT;
 
   bool operator==(const VersionFacts&) const = default;
 };
