@@ -31,8 +31,7 @@ expect "both Merged folders are empty: $left" [ "$left" = "$product/Resources/Me
 windows reg query 'HKLM\SOFTWARE\Velorin\Sample' /v TerminalServices
 expect "the answer is a property" grep -q 'REG_SZ *0' output
 merge
-cp "$c/windows/system32/cmd.exe" "$product/Resources/Merged/held"
-mkfifo input && exec 3<>input
+cp "$c/windows/system32/cmd.exe" "$product/Resources/Merged/held" && mkfifo input && exec 3<>input
 "$wine" "$product/Resources/Merged/held" <input >running 2>/dev/null 3>&- &  # in use until its input ends
 for ((i = 0; i < 100; i++)); do [ -s running ] || sleep 0.1; done
 forget

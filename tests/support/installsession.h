@@ -26,9 +26,10 @@ class InstallSession {
   InstallSession() {
     MSIHANDLE database = 0, summary = 0;
     EXPECT_EQ(MsiOpenDatabaseW(kFile, MSIDBOPEN_CREATE, &database), 0u);
-    EXPECT_EQ(MsiGetSummaryInformationW(database, nullptr, 3, &summary), 0u);
+    EXPECT_EQ(MsiGetSummaryInformationW(database, nullptr, 4, &summary), 0u);
     MsiSummaryInfoSetPropertyW(summary, PID_TEMPLATE, VT_LPSTR, 0, nullptr, L"x64;1033");
     MsiSummaryInfoSetPropertyW(summary, PID_REVNUMBER, VT_LPSTR, 0, nullptr, L"{8F4F7A50-5B0C-4A0C-9D0A-6D2B8A1B7C11}");
+    MsiSummaryInfoSetPropertyW(summary, PID_PAGECOUNT, VT_I4, 200, nullptr, nullptr);
     MsiSummaryInfoSetPropertyW(summary, PID_WORDCOUNT, VT_I4, 0, nullptr, nullptr);
     MsiSummaryInfoPersist(summary);
     MsiCloseHandle(summary);
