@@ -6,7 +6,7 @@ extern "C" const void* _ZTVN2VL9Framework15ITXToastManagerE[];
 
 namespace toast {
 
-class Manager : public WithFake {};
+using Manager = WithFake;
 
 TEST_F(Manager, RecordsOfALifeWithoutWorker) {
   EXPECT_NE(_ZTVN2VL9Framework15ITXToastManagerE[1], nullptr);

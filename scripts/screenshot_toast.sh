@@ -1,5 +1,5 @@
 #!/bin/sh
-# screenshot.sh HOSTKIT PICTURE WINE...: shows a toast of the Windows hostkit on a display of its own and takes a
+# screenshot_toast.sh HOSTKIT PICTURE WINE...: shows a toast of the Windows hostkit on a display of its own and takes a
 # picture of it. Ends with 77 where Xvfb or import is missing, and fails if the toast's corner has one colour only.
 set -eu
 program=$1 picture=$2
