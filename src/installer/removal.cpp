@@ -10,15 +10,15 @@ namespace {
 using FindHandle = vl::Handle<std::intptr_t, &_findclose, -1>;
 using Entry = _wfinddata64i32_t;
 
-// What lies behind a link is not the product's, whoever made the link.
-bool isLink(const wchar_t* folder) {
+// What lies behind a link is not the product's, whoever made the link; what can't be asked is not walked either.
+bool mayWalk(const wchar_t* folder) {
   vl::Path path;
   if (!path.print(L"%s", folder)) {
-    return true;
+    return false;
   }
   path.dropBackslashes();
   const DWORD attributes = GetFileAttributesW(path.get());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
 }
 
 // The first entry of `folder`; nothing if there is none.
@@ -60,7 +60,7 @@ void vl::removeEntry(const wchar_t* path) {
 }
 
 void vl::emptyTree(const wchar_t* folder) {
-  if (isLink(folder)) {
+  if (!mayWalk(folder)) {
     return;
   }
   Entry entry{};

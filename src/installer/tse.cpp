@@ -104,7 +104,9 @@ int IsTerminalServicesEnabled() {
 int WINAPI DetectTSE(MSIHANDLE install) {
   const int answer = IsTerminalServicesEnabled();
   wchar_t text[64] = {};
-  swprintf_s(text, std::size(text), L"%d", answer);
+  if (swprintf_s(text, std::size(text), L"%d", answer) <= 0) {
+    return answer;
+  }
   if (const vl::Module library(LoadLibraryW(L"msi.dll")); library) {
     if (const auto set = vl::entryPoint<SetProperty>(library, "MsiSetPropertyW")) {
       set(install, L"TSE_ENABLED", text);

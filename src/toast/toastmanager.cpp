@@ -17,19 +17,16 @@ namespace {
 // A type of this file, so that the map's members are of this file too, and not exported as the standard library's.
 struct WorkerOrder : std::less<std::thread::id> {};
 
-// The platform's id of each worker that was not joined: only that can be the target of a thread message.
-std::mutex g_threadIdsMutex;
-std::map<std::thread::id, DWORD, WorkerOrder> g_threadIds;
+// A worker that was not joined. Thread ids are used again, also between a join and the removal of its entry, so each
+// entry has a number of its own. Only the platform's id can be the target of a thread message.
+struct Worker {
+  std::uint64_t registration;
+  DWORD threadId;
+};
 
-// As std::map::at, whose exception has another text in each standard library; this one is in the log.
-DWORD threadIdOf(std::thread::id worker) {
-  const std::lock_guard lock(g_threadIdsMutex);
-  const auto found = g_threadIds.find(worker);
-  if (found == g_threadIds.end()) {
-    throw std::out_of_range("invalid map<K, T> key");
-  }
-  return found->second;
-}
+std::mutex g_threadIdsMutex;
+std::map<std::thread::id, Worker, WorkerOrder> g_threadIds;
+std::uint64_t g_lastRegistration = 0;
 
 secstring widened(const char* text) {
   secstring wide;
@@ -55,7 +52,11 @@ TXToastManager::~TXToastManager() {
   const vl::CallFrame frame(vl::kTag, L"TXToastManager::~TXToastManager",
                             vl::ExitPlain(L"TXToastManager::~TXToastManager"));
   if (m_pThread != nullptr) {
-    HideToast();
+    try {
+      HideToast();
+    } catch (...) {
+      // The toast then ends by itself: what matters is that the worker is waited for.
+    }
     JoinToastThread();
     m_pThread.reset();
   }
@@ -73,20 +74,24 @@ int TXToastManager::ShowToast() {
   return reason;
 }
 
-void TXToastManager::ShowToastThread(ITXToastNotification* pNotification, std::mutex* pMutex) {
+void TXToastManager::ShowToastThread(ITXToastNotification* pNotification, std::mutex* pMutex,
+                                     std::uint64_t registration) try {
   const vl::CallFrame frame(vl::kTag, L"TXToastManager::ShowToastThread",
                             vl::ExitPlain(L"TXToastManager::ShowToastThread"));
   int reason = 0;
   {
     // Before the display, so that a hide request that finds the toast displaying also finds the id.
     const std::lock_guard lock(g_threadIdsMutex);
-    g_threadIds.insert({std::this_thread::get_id(), GetCurrentThreadId()});
+    g_threadIds.insert_or_assign(std::this_thread::get_id(), Worker{registration, GetCurrentThreadId()});
   }
   const HRESULT result = display(*pNotification, *pMutex, &reason);
   if (FAILED(result)) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"TXToastManager::ShowToastThread : Display failed (0x%x)", result);
   }
   txlogLog(vl::kTag, TXLOG_TRACE, L"TXToastManager::ShowToastThread : exit reason = %d", reason);
+} catch (const std::exception&) {
+  // Nobody is there to catch it: out of memory, or what a sibling's display threw.
+  txlogLog(vl::kTag, TXLOG_ERROR, L"TXToastManager::ShowToastThread : ended by an exception");
 }
 
 bool TXToastManager::CreateToastThread() {
@@ -99,7 +104,13 @@ bool TXToastManager::CreateToastThread() {
     return false;
   }
   try {
-    m_pThread = std::make_unique<std::thread>(&TXToastManager::ShowToastThread, m_pNotification.get(), &m_mutex);
+    // The worker can't register, and so not display, before it is known here who it is.
+    const std::lock_guard lock(g_threadIdsMutex);
+    const std::uint64_t registration = g_lastRegistration + 1;
+    m_pThread =
+        std::make_unique<std::thread>(&TXToastManager::ShowToastThread, m_pNotification.get(), &m_mutex, registration);
+    g_lastRegistration = registration;
+    m_registration = registration;
     m_workerId = m_pThread->get_id();
     txlogLog(vl::kTag, TXLOG_NOTE, L"TXToastManager::CreateToastThread : thread created.");
     result = 1;
@@ -110,6 +121,19 @@ bool TXToastManager::CreateToastThread() {
   return result != 0;
 }
 
+// As std::map::at, whose exception has another text in each standard library; this one is in the log.
+DWORD TXToastManager::target() const {
+  const std::lock_guard lock(g_threadIdsMutex);
+  if (m_registration == 0) {
+    return m_dwCreatorThreadId;
+  }
+  const auto found = g_threadIds.find(m_workerId);
+  if (found == g_threadIds.end() || found->second.registration != m_registration) {
+    throw std::out_of_range("invalid map<K, T> key");
+  }
+  return found->second.threadId;
+}
+
 bool TXToastManager::HideToast() {
   int result = 0;
   const vl::CallFrame frame(vl::kTag, L"TXToastManager::HideToast",
@@ -118,10 +142,8 @@ bool TXToastManager::HideToast() {
     return false;
   }
   try {
-    const std::thread::id worker = m_workerId;
-    const DWORD target = worker != std::thread::id() ? threadIdOf(worker) : m_dwCreatorThreadId;
     // Whether it arrives is not known here in any case.
-    PostThreadMessageW(target, WM_HIDE_TOAST, 0, 0);
+    PostThreadMessageW(target(), WM_HIDE_TOAST, 0, 0);
     result = 1;
   } catch (const std::out_of_range& error) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"TXToastManager::HideToast : Exception getting thread id (%s) ",
@@ -137,10 +159,12 @@ bool TXToastManager::JoinToastThread() {
   if (m_pThread == nullptr || !m_pThread->joinable()) {
     return false;
   }
-  const std::thread::id worker = m_pThread->get_id();
   m_pThread->join();
   const std::lock_guard lock(g_threadIdsMutex);
-  g_threadIds.erase(worker);
+  if (const auto found = g_threadIds.find(m_workerId);
+      found != g_threadIds.end() && found->second.registration == m_registration) {
+    g_threadIds.erase(found);
+  }
   result = 1;
   return true;
 }

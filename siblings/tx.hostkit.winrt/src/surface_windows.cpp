@@ -145,9 +145,11 @@ class Window final : public Surface {
         const Selected font(device, titleFont_);
         titleHeight_ = measured(device, L"X", inner, kTitleFormat);
       }
-      const Selected font(device, bodyFont_);
-      const int line = measured(device, L"X", inner, kTitleFormat);
-      bodyHeight_ = std::clamp(measured(device, body_.c_str(), inner, kBodyFormat), line, kMostBodyLines * line);
+      {
+        const Selected font(device, bodyFont_);
+        const int line = measured(device, L"X", inner, kTitleFormat);
+        bodyHeight_ = std::clamp(measured(device, body_.c_str(), inner, kBodyFormat), line, kMostBodyLines * line);
+      }
       ReleaseDC(window_, device);
     }
     const int height = 2 * scaled(kPadding) + titleHeight_ + scaled(kGap) + bodyHeight_;
@@ -183,8 +185,10 @@ class Window final : public Surface {
     }
     text.top = text.bottom + scaled(kGap);
     text.bottom = text.top + bodyHeight_;
-    const Selected font(device, bodyFont_);
-    DrawTextW(device, body_.c_str(), -1, &text, kBodyFormat);
+    {
+      const Selected font(device, bodyFont_);
+      DrawTextW(device, body_.c_str(), -1, &text, kBodyFormat);
+    }
     EndPaint(window_, &painting);
   }
 
@@ -215,7 +219,9 @@ class Window final : public Surface {
         InvalidateRect(window, nullptr, FALSE);
         return 0;
       case WM_NCDESTROY:
+        // By whomever: there is nothing to be seen any more.
         self->window_ = nullptr;
+        self->activated_ = true;
         break;
       default:
         break;

@@ -16,7 +16,8 @@ HWND ownMessages() {
 }
 
 bool isHideRequest(const MSG& message) {
-  return message.hwnd == nullptr && message.message == WM_HIDE_TOAST;
+  // With parameters it is a message of the host's own that happens to have this number.
+  return message.hwnd == nullptr && message.message == WM_HIDE_TOAST && message.wParam == 0 && message.lParam == 0;
 }
 
 bool isQuit(const MSG& message) {
@@ -66,7 +67,8 @@ std::optional<ToastExitReason> ThreadMessages::handle(Surface& surface) {
   if (std::any_of(kept_.begin(), kept_.end(), isQuit)) {
     return VL::Framework::kToastQuit;
   }
-  return std::nullopt;
+  // Once more: a message that was sent and not posted is handled within the look for posted ones.
+  return surface.activated() ? std::optional(VL::Framework::kToastActivated) : std::nullopt;
 }
 
 void ThreadMessages::wait(const std::optional<std::chrono::steady_clock::time_point>& end) {
