@@ -11,6 +11,8 @@ install(TARGETS ${vl_targets} EXPORT vlhostkitTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+# Loaded by name, from the folder of the library that looks for it.
+install(TARGETS tx_hostkit_winrt LIBRARY DESTINATION "$<IF:$<BOOL:${WIN32}>,${CMAKE_INSTALL_BINDIR},${CMAKE_INSTALL_LIBDIR}>")
 if(WIN32)
   install(FILES ${VL_RUNTIME_DLLS} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()

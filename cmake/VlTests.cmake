@@ -48,9 +48,7 @@ if(WIN32)
   # Wine's services live as long as their server, and inherit the output of the program that starts it, which ctest
   # would then wait for. So a fixture starts server and services without any, and ends them.
   cmake_path(GET CMAKE_CROSSCOMPILING_EMULATOR PARENT_PATH vl_wine_folder)
-  add_test(NAME wine.start COMMAND sh -c
-    "exec >/dev/null 2>&1 </dev/null; mkdir -p \"$WINEPREFIX\"; \"$0/wineserver\" -p; exec \"$0/wine64\" wineboot -i"
-    "${vl_wine_folder}")
+  add_test(NAME wine.start COMMAND sh "${PROJECT_SOURCE_DIR}/cmake/wine-start.sh" "${vl_wine_folder}")
   add_test(NAME wine.stop COMMAND "${vl_wine_folder}/wineserver" -k)
   set_tests_properties(wine.start wine.stop PROPERTIES ENVIRONMENT "${VL_TEST_ENVIRONMENT}" TIMEOUT 120)
   set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine)

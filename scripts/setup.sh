@@ -12,11 +12,12 @@ set -euo pipefail
 native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest libbenchmark-dev libspdlog-dev
   libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
+sample=(wixl)  # builds the sample installer; its test is skipped without
 dev=(clang clang-format clang-tidy libclang-rt-14-dev)
 
 for argument in "$@"; do
   case $argument in
-    --native) windows=() ;;
+    --native) windows=() sample=() ;;
     --dev) native+=("${dev[@]}") ;;
     *)
       echo "usage: setup.sh [--native] [--dev]" >&2
@@ -35,7 +36,7 @@ while read -r package status; do
   if [[ $status == installed ]]; then
     installed[$package]=1
   fi
-done < <(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "${native[@]}" "${windows[@]}" 2>/dev/null || true)
+done < <(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "${native[@]}" "${windows[@]}" "${sample[@]}" 2>/dev/null || true)
 
 missing() {
   local package
@@ -47,7 +48,8 @@ missing() {
 }
 mapfile -t missing_native < <(missing "${native[@]}")
 mapfile -t missing_windows < <(missing "${windows[@]}")
-if ((${#missing_native[@]} + ${#missing_windows[@]} == 0)); then
+mapfile -t missing_sample < <(missing "${sample[@]}")
+if ((${#missing_native[@]} + ${#missing_windows[@]} + ${#missing_sample[@]} == 0)); then
   exit 0
 fi
 
@@ -89,4 +91,7 @@ END
   if [[ -n ${CI:-} ]]; then
     exit 1
   fi
+fi
+if ((${#missing_sample[@]} != 0)); then
+  install "${missing_sample[@]}" || echo "setup: the sample installer will not be built" >&2
 fi

@@ -89,6 +89,10 @@ count() {
         }
       }
     }
+    /^[ \t]*<skipped message="SKIP_RETURN_CODE/ {  # a test that says itself that it can't run here
+      failed--
+      skipped++
+    }
     END { print passed + 0, failed + 0, skipped + 0 }' "$1/ctest.xml"
 }
 

@@ -11,6 +11,7 @@
 #include <sensapi.h>
 #include <wtsapi32.h>
 
+#include <io.h>
 #include <stdlib.h>
 #include <string.h>
 #include <wchar.h>

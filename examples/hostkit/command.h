@@ -18,7 +18,9 @@ struct Context {
 void registerRegistry(CLI::App& app, Context& context);
 void registerSysFacts(CLI::App& app, Context& context);
 void registerTime(CLI::App& app, Context& context);
+void registerToast(CLI::App& app, Context& context);
 void registerTour(CLI::App& app, Context& context);
 void registerUser(CLI::App& app, Context& context);
+void registerTse(CLI::App& app, Context& context);
 
 #endif

@@ -65,6 +65,8 @@ int run(const std::vector<std::string>& arguments) {
   registerTime(app, context);
   registerUser(app, context);
   registerSysFacts(app, context);
+  registerToast(app, context);
+  registerTse(app, context);
   registerTour(app, context);
 
   try {

@@ -29,6 +29,8 @@ class TourPage {
 void tourTime(TourPage& page);
 void tourRegistry(TourPage& page);
 void tourAccounts(TourPage& page);
+void tourToast(TourPage& page);
+void tourInstaller(TourPage& page);
 void tourSecret(TourPage& page);
 
 #endif

@@ -18,6 +18,10 @@ void Machine::reset() {
   drives_.reset();
   environment_.reset();
   registry_.reset();
+  files_.reset();
+  installer_.reset();
+  version_.reset();
+  messages_.reset();
 }
 
 }  // namespace vlplatform

@@ -11,9 +11,11 @@
 #include <vector>
 
 #include <vlplatform/lsa.h>
+#include <vlplatform/msi.h>
 #include <vlplatform/network.h>
 #include <vlplatform/registry.h>
 #include <vlplatform/time.h>
+#include <vlplatform/version.h>
 
 #include "gate.h"
 #include "unicode.h"
@@ -28,6 +30,12 @@ struct HINSTANCE__ {
   std::atomic<Kind> kind{Kind::none};
   void* library = nullptr;  // a sibling's, of dlopen
   std::atomic<long> references{0};
+
+  // In every process, whoever holds a reference.
+  bool resident() const {
+    return kind == Kind::table &&
+           (vlplatform::sameName(name, L"kernel32.dll") || vlplatform::sameName(name, L"ntdll.dll"));
+  }
 };
 
 namespace vlplatform {
@@ -91,7 +99,7 @@ struct Modules::State {
   }
   HINSTANCE__* byHandle(HMODULE handle) const {
     return findIf([&](const HINSTANCE__& module) {
-      return &module == handle && module.references.load(std::memory_order_relaxed) > 0;
+      return &module == handle && (module.references.load(std::memory_order_relaxed) > 0 || module.resident());
     });
   }
   // Under the mutex. Null if the table is full.
@@ -125,7 +133,10 @@ void Modules::reset() {
   add(L"advapi32.dll", {{"LsaLookupNames2", entry(&::LsaLookupNames2)},
                         {"RegDeleteKeyExW", entry(&::RegDeleteKeyExW)},
                         {"RegDeleteTreeW", entry(&::RegDeleteTreeW)}});
-  add(L"kernel32.dll", {{"TzSpecificLocalTimeToSystemTime", entry(&::TzSpecificLocalTimeToSystemTime)}});
+  add(L"kernel32.dll", {{"TzSpecificLocalTimeToSystemTime", entry(&::TzSpecificLocalTimeToSystemTime)},
+                        {"VerifyVersionInfoA", entry(&::VerifyVersionInfoA)}});
+  add(L"msi.dll", {{"MsiGetPropertyW", entry(&::MsiGetPropertyW)}, {"MsiSetPropertyW", entry(&::MsiSetPropertyW)}});
+  add(L"ntdll.dll", {{"VerSetConditionMask", entry(&::VerSetConditionMask)}});
   add(L"secur32.dll", {
                           {"TranslateNameW", entry(&::TranslateNameW)},
                           {"TranslateNameA", entry(&::TranslateNameA)},
@@ -228,7 +239,7 @@ DWORD Modules::find(HMODULE module, std::string_view entryPoint, FARPROC* addres
 
 DWORD Modules::free(HMODULE module) {
   HINSTANCE__* const record = state_->byHandle(module);
-  if (record == nullptr) {
+  if (record == nullptr || record->references <= 0) {
     return ERROR_MOD_NOT_FOUND;
   }
   machine().counters().closed(Resource::moduleReference);

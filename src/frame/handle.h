@@ -89,11 +89,16 @@ using SessionBlock = Handle<Pointer, &freeSession<Pointer>>;
 template <class Pointer>
 using RuntimeBlock = Handle<Pointer, &freeRuntime<Pointer>>;
 
-/// The entry point `name` of `module` as a function of type `Function`, null if there is none.
+/// The entry point `name` of `module` as a function of type `Function`, null if there is none, or no module.
+template <class Function>
+Function entryPoint(HMODULE module, const char* name) {
+  // Through void*: the platform hands out every entry point under one function type.
+  return module == nullptr ? nullptr
+                           : reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
 template <class Function>
 Function entryPoint(const Module& module, const char* name) {
-  // Through void*: the platform hands out every entry point under one function type.
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module.get(), name)));
+  return entryPoint<Function>(module.get(), name);
 }
 
 }  // namespace vl

@@ -18,7 +18,7 @@ run() {
   else
     LD_LIBRARY_PATH=$prefix/$lib "$program"
     # Every library of the product that the loader takes has to be an installed one.
-    LD_LIBRARY_PATH=$prefix/$lib ldd "$program" | grep -E 'vlhostkitu|vlplatform|txlogu' >libraries
+    LD_LIBRARY_PATH=$prefix/$lib ldd "$program" | grep -E 'vlhostkitu|vlplatform|txlogu|tx\.cext' >libraries
     if grep -v -F "=> $prefix/$lib/" libraries; then
       echo "The consumer takes libraries from outside the installation."
       return 1

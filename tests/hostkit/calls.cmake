@@ -8,6 +8,9 @@ include("${CMAKE_CURRENT_LIST_DIR}/expect.cmake")
 set(bad "no such form, or a value out of its range (87)")
 set(hint "Run with --help for more information.\n")
 string(ASCII 239 187 191 byte_order_mark)
+if(NOT EMULATOR)  # with windows a toast is one
+  set(toast_text "[toast] Tïtle\n      | body\n")
+endif()
 
 expect("two lines, the second no time" CODE 1
   ARGS time parse - INPUT "2013-03-28T12:34:56+01:00\nnonsense\n"
@@ -51,6 +54,12 @@ expect("log records" CODE 1
 [exit] vlSysParseISO8601Date (87)\n[exit] vlSysISO8601ToSystemTime (87)\n[entry] vlSysISO8601ToLargeInteger\n\
 [entry] vlSysISO8601ToSystemTime\n[entry] vlSysParseISO8601Date\n[exit] vlSysParseISO8601Date (87)\n\
 [exit] vlSysISO8601ToSystemTime (87)\n[exit] vlSysISO8601ToLargeInteger (87)\nargument 1: '20': ${bad}\n")
+expect("a toast that another thread hides" CODE 0 ARGS toast show "Tïtle" body --stay --seconds 0.05
+  OUT "The toast has ended: hidden (3)\n" ERR "${toast_text}")
+expect("the mode" CODE 0 ARGS uimode OUT "desktop (1)\n")
+expect("a toast for less than no time" CODE 2 ARGS toast show a b --seconds -1
+  ERR "hostkit: --seconds: Value -1 not in range 0.000000 to 86400.000000\n${hint}")
+expect("the installer's question, on a workstation" CODE 0 ARGS tse OUT "Terminal Services: no (0)\n")
 expect("the version" CODE 0 ARGS --version OUT "hostkit ${VERSION}\n")
 expect("no command" CODE 2 ERR "hostkit: A subcommand is required\n${hint}")
 expect("no such command" CODE 2 ARGS tiem parse 2013 ERR "hostkit: 'tiem' is not understood.\n${hint}")
@@ -88,7 +97,8 @@ foreach(pattern IN ITEMS "\n  In UTC +20[0-9][0-9]-[0-9-]+T[0-9:]+Z\n" "\n  This
     "\n  Before it arrives +0 copies in [^\n]+\n[^\n]+\n  While it is held +[1-9][^\n]+\n"
     "\n  While all of them are held +[1-9][^\n]+\n  Let go +0 copies in [^\n]+\n"
     "\n  Paths, as the type it has +REG_MULTI_SZ 'C:.Data' 'D:.More'\n" "and in the 32-bit view +REG_SZ '32-bit'\n"
-    "The key with all below it +done [(]0[)]\n" "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
+    "The key with all below it +done [(]0[)]\n" "made a toast object\n  A hide request +is refused"
+    "\n  Terminal Services +(yes [(]1[)]|no [(]0[)])\n" "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
   if(NOT run_out MATCHES "${pattern}")
     message(SEND_ERROR "tour: nothing matches ${pattern} in\n${run_out}")
   endif()

@@ -10,11 +10,15 @@
 #include <vlplatform/machine/drives.h>
 #include <vlplatform/machine/environment.h>
 #include <vlplatform/machine/faults.h>
+#include <vlplatform/machine/files.h>
+#include <vlplatform/machine/installer.h>
+#include <vlplatform/machine/messages.h>
 #include <vlplatform/machine/modules.h>
 #include <vlplatform/machine/network.h>
 #include <vlplatform/machine/registry.h>
 #include <vlplatform/machine/sessions.h>
 #include <vlplatform/machine/strings.h>
+#include <vlplatform/machine/version.h>
 
 namespace vlplatform {
 
@@ -34,6 +38,10 @@ class Machine {
   Drives& drives() { return drives_; }
   Environment& environment() { return environment_; }
   Registry& registry() { return registry_; }
+  Files& files() { return files_; }
+  Installer& installer() { return installer_; }
+  Version& version() { return version_; }
+  Messages& messages() { return messages_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -52,6 +60,10 @@ class Machine {
   Drives drives_;
   Environment environment_;
   Registry registry_;
+  Files files_;
+  Installer installer_;
+  Version version_;
+  Messages messages_;
 };
 
 inline Machine& machine() {

@@ -84,6 +84,8 @@ extern "C" {
 /// On failure `*result` is null. A null path is the key itself. Each handle wants a RegCloseKey.
 VLPLATFORM_API LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD options, REGSAM access, PHKEY result);
 VLPLATFORM_API LSTATUS RegOpenKeyExA(HKEY key, LPCSTR path, DWORD options, REGSAM access, PHKEY result);
+/// RegOpenKeyExW with all rights that are not denied. A null path is the key itself.
+VLPLATFORM_API LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result);
 /// Makes the missing keys of the path, all of them volatile with REG_OPTION_VOLATILE.
 /// `className` and `security` are not looked at.
 VLPLATFORM_API LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,

@@ -5,9 +5,12 @@
 #include <vlplatform/basetypes.h>
 #include <vlplatform/crt.h>
 #include <vlplatform/errors.h>
+#include <vlplatform/files.h>
 #include <vlplatform/heap.h>
 #include <vlplatform/lsa.h>
+#include <vlplatform/messages.h>
 #include <vlplatform/modules.h>
+#include <vlplatform/msi.h>
 #include <vlplatform/network.h>
 #include <vlplatform/oleauto.h>
 #include <vlplatform/registry.h>
@@ -17,5 +20,6 @@
 #include <vlplatform/system.h>
 #include <vlplatform/text.h>
 #include <vlplatform/time.h>
+#include <vlplatform/version.h>
 
 #endif

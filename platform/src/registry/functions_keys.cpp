@@ -152,6 +152,10 @@ LSTATUS RegOpenKeyExA(HKEY key, LPCSTR path, DWORD /*options*/, REGSAM access, P
   return openKey("RegOpenKeyExA", key, WideName(path).get(), access, result);
 }
 
+LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result) {
+  return openKey("RegOpenKeyW", key, path, MAXIMUM_ALLOWED, result);
+}
+
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR /*className*/, DWORD options, REGSAM access,
                         const SECURITY_ATTRIBUTES* /*security*/, PHKEY result, LPDWORD disposition) {
   return createKey("RegCreateKeyExW", key, path, reserved, options, access, result, disposition);

@@ -23,6 +23,7 @@ enum class Resource : std::uint8_t {
   lsaBlock,
   sessionBlock,
   registryKey,
+  findHandle,
   count_
 };
 
@@ -36,8 +37,8 @@ class Counters {
   }
   static constexpr const char* name(Resource resource) {
     constexpr const char* kNames[] = {
-        "module reference", "SAFEARRAY",   "BSTR",      "token",         "LSA policy",
-        "heap block",       "local block", "LSA block", "session block", "registry key",
+        "module reference", "SAFEARRAY", "BSTR",          "token",        "LSA policy",  "heap block",
+        "local block",      "LSA block", "session block", "registry key", "find handle",
     };
     static_assert(std::size(kNames) == static_cast<std::size_t>(Resource::count_));
     return kNames[static_cast<std::size_t>(resource)];

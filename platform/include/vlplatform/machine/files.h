@@ -1,0 +1,36 @@
+/// The machine's drive C:.
+#ifndef VLPLATFORM_MACHINE_FILES_H
+#define VLPLATFORM_MACHINE_FILES_H
+
+#include <filesystem>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include <vlplatform/files.h>
+
+namespace vlplatform {
+
+/// At start no folder stands for C:, so that nothing of the computer at hand is ever removed unasked. Thread-safe.
+class VLPLATFORM_API Files {
+ public:
+  void reset();
+  /// `folder` stands for C: from now on; an empty path for none.
+  void setRoot(const std::filesystem::path& folder);
+  std::filesystem::path root() const;
+  /// A file or folder that somebody holds open, so that it can't be removed. `path` is one of C:.
+  void setInUse(std::wstring_view path, bool inUse = true);
+
+  /// For the stand-in's functions; `fullPath` in lower case.
+  bool inUse(const std::wstring& fullPath) const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::filesystem::path root_;
+  std::set<std::wstring> inUse_;
+};
+
+}  // namespace vlplatform
+
+#endif
