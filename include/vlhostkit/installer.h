@@ -29,10 +29,11 @@ extern "C" {
 /// - A file is deleted. If that fails (it is in use, read-only or protected), it is marked: the platform removes it
 ///   when the machine starts next. If that fails too, it stays, and nobody is told.
 /// - A folder is emptied to its full depth and then deleted; if something stayed in it, it is marked behind its
-/// content.
-///   A mark removes a folder only if it is empty at the restart. A name that is not there may be marked too.
+///   content. A mark removes a folder only if it is empty at the restart. A name that is not there may be marked too.
 /// - A symbolic link or junction is never followed, at no depth, a Merged folder that is one included: the link is
 ///   removed or marked, and what it leads to stays. Links in the path above Merged are the platform's affair.
+///   Whoever may write in a Merged folder could exchange a folder for a link while it is being walked: let only
+///   administrators write there.
 /// - A path of more than 259 characters is left alone: the entry, or all below a folder so deep, stays, and so does
 ///   then the folder around it.
 

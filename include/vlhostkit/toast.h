@@ -97,7 +97,8 @@ class VLHOSTKIT_API ITXToastManager {
 ///
 /// Returns null if the sibling or its entry point is missing, or makes no toast. EACH call is balanced by one
 /// vlDeleteToastManager, ALSO one that returned null, since the sibling may have been loaded. Out of memory,
-/// std::bad_alloc passes through; that call needs its vlDeleteToastManager (of a null pointer) as well.
+/// std::bad_alloc passes through; a call that threw needs its vlDeleteToastManager (of a null pointer) as well,
+/// unless it was the making of its arguments that threw: make the texts before the call to tell the two apart.
 VLHOSTKIT_API ITXToastManager* vlCreateToastManager(secstring strFirst, secstring strSecond, bool bFlag);
 
 /// Ends the manager, if there is one, and releases the sibling as the last vlCreateToastManager of the process loaded
