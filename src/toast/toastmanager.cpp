@@ -104,14 +104,16 @@ bool TXToastManager::CreateToastThread() {
     return false;
   }
   try {
-    // The worker can't register, and so not display, before it is known here who it is.
-    const std::lock_guard lock(g_threadIdsMutex);
-    const std::uint64_t registration = g_lastRegistration + 1;
-    m_pThread =
-        std::make_unique<std::thread>(&TXToastManager::ShowToastThread, m_pNotification.get(), &m_mutex, registration);
-    g_lastRegistration = registration;
-    m_registration = registration;
-    m_workerId = m_pThread->get_id();
+    {
+      // The worker can't register, and so not display, before it is known here who it is.
+      const std::lock_guard lock(g_threadIdsMutex);
+      const std::uint64_t registration = g_lastRegistration + 1;
+      m_pThread = std::make_unique<std::thread>(&TXToastManager::ShowToastThread, m_pNotification.get(), &m_mutex,
+                                                registration);
+      g_lastRegistration = registration;
+      m_registration = registration;
+      m_workerId = m_pThread->get_id();
+    }
     txlogLog(vl::kTag, TXLOG_NOTE, L"TXToastManager::CreateToastThread : thread created.");
     result = 1;
   } catch (const std::system_error& error) {
