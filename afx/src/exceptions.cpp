@@ -14,6 +14,8 @@ COleException::~COleException() = default;
 
 void CInvalidArgException::Delete() {}
 
+void CUserException::Delete() {}
+
 void AfxThrowMemoryException() {
   throw &vlafx::forever<CMemoryException>();
 }
@@ -28,4 +30,8 @@ void AfxThrowOleException(HRESULT code) {
 
 void AfxThrowInvalidArgException() {
   throw &vlafx::forever<CInvalidArgException>();
+}
+
+void AfxThrowUserException() {
+  throw &vlafx::forever<CUserException>();
 }

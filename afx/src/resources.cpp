@@ -21,17 +21,27 @@ bool hasString(HINSTANCE module, UINT id) {
   return LoadStringW(module, id, reinterpret_cast<LPWSTR>(&text), 0) > 0;
 }
 
-}  // namespace
-
-HINSTANCE AfxFindStringResourceHandle(UINT id) {
+// The program, then the added modules; the program if none has the resource.
+template <class HasResource>
+HINSTANCE findModule(HasResource hasResource) {
   const HINSTANCE program = GetModuleHandleW(nullptr);
-  if (hasString(program, id)) {
+  if (hasResource(program)) {
     return program;
   }
   auto& [mutex, modules] = vlafx::forever<SearchedModules>();
   const std::lock_guard lock(mutex);
-  const auto found = std::find_if(modules.begin(), modules.end(), [id](HINSTANCE m) { return hasString(m, id); });
+  const auto found = std::find_if(modules.begin(), modules.end(), hasResource);
   return found != modules.end() ? *found : program;
+}
+
+}  // namespace
+
+HINSTANCE AfxFindStringResourceHandle(UINT id) {
+  return findModule([id](HINSTANCE module) { return hasString(module, id); });
+}
+
+HINSTANCE AfxFindDialogResourceHandle(const wchar_t* templateName) {
+  return findModule([=](HINSTANCE module) { return FindResourceW(module, templateName, RT_DIALOG) != nullptr; });
 }
 
 void AfxAddResourceModule(HINSTANCE module) {

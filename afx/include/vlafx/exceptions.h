@@ -40,11 +40,18 @@ class VLAFX_API CInvalidArgException : public CException {
   void Delete() override;
 };
 
+/// What the user entered is not what the program can use; ends an exchange (CDataExchange::Fail). Preallocated.
+class VLAFX_API CUserException : public CException {
+ public:
+  void Delete() override;
+};
+
 /// Throw a CMemoryException*, a COleException* with `code` (a CMemoryException* where even that cannot be allocated),
-/// a CInvalidArgException*.
+/// a CInvalidArgException*, a CUserException*.
 [[noreturn]] VLAFX_API void AfxThrowMemoryException();
 [[noreturn]] VLAFX_API void AfxThrowOleException(HRESULT code);
 [[noreturn]] VLAFX_API void AfxThrowInvalidArgException();
+[[noreturn]] VLAFX_API void AfxThrowUserException();
 
 namespace msl::utilities {
 
