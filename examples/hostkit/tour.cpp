@@ -7,7 +7,8 @@
 namespace {
 
 // One section a family, in the order of the page.
-constexpr void (*kSections[])(TourPage&) = {tourTime, tourRegistry, tourAccounts, tourToast, tourInstaller, tourSecret};
+constexpr void (*kSections[])(TourPage&) = {tourTime,      tourRegistry, tourAccounts, tourToast,
+                                            tourInstaller, tourSecret,   tourDialog};
 
 constexpr std::size_t kLabelWidth = 34;
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include <memoryscan/memoryscan.h>
+
 #include "command.h"
 
 /// A section's page: titles, and facts below them. With JSON each fact is an object that names its title.
@@ -32,5 +34,9 @@ void tourAccounts(TourPage& page);
 void tourToast(TourPage& page);
 void tourInstaller(TourPage& page);
 void tourSecret(TourPage& page);
+void tourDialog(TourPage& page);
+
+/// What a look through all memory of this program finds of a secret now, in words.
+std::string copiesFound(const memoryscan::Secret& secret);
 
 #endif

@@ -1,5 +1,5 @@
-#include <string>
 #include <vlhostkit/vlhostkit.h>
+#include <string>
 
 #include <memoryscan/memoryscan.h>
 
@@ -11,14 +11,6 @@ using memoryscan::Secret;
 
 std::string characters(int count) {
   return std::to_string(count) + " characters";
-}
-
-// What a look through all memory of this program finds now.
-std::string copiesFound(const Secret& secret) {
-  memoryscan::scrubDeadStack();
-  const memoryscan::ScanResult found = memoryscan::scanMemory(secret);
-  const std::string copies = found.count == 1 ? "1 copy" : std::to_string(found.count) + " copies";
-  return copies + " in " + std::to_string(found.bytes / 1024) + " KiB of memory";
 }
 
 // Functions of their own, so that nothing of them is left on the stack in use.
@@ -64,8 +56,16 @@ std::string copiesFound(const Secret& secret) {
 
 }  // namespace
 
+std::string copiesFound(const Secret& secret) {
+  memoryscan::scrubDeadStack();
+  const memoryscan::ScanResult found = memoryscan::scanMemory(secret);
+  const std::string copies = found.count == 1 ? "1 copy" : std::to_string(found.count) + " copies";
+  return copies + " in " + std::to_string(found.bytes / 1024) + " KiB of memory";
+}
+
 void tourSecret(TourPage& page) {
-  page.title("Secret text: a password that this program makes up and keeps in encoded form, from its arrival to its end");
+  page.title(
+      "Secret text: a password that this program makes up and keeps in encoded form, from its arrival to its end");
   const Secret typed;
   page.fact("Before it arrives", copiesFound(typed));
   useSecretText(page, typed);

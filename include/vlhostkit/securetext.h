@@ -1,9 +1,9 @@
 /// Secret text: strings, a list, a standard string on a wiping allocator, the release of automation buffers, and the
-/// base of dialogs in which a secret is typed.
-/// docs/secrets.md tells how to work with them and what they cannot promise.
+/// base of dialogs in which a secret is typed. docs/secrets.md tells how to work with them and what they cannot promise.
 #ifndef VLHOSTKIT_SECURETEXT_H
 #define VLHOSTKIT_SECURETEXT_H
 
+#include <vlafx/exceptions.h>
 #include <vlhostkit/secstring.h>
 #include <vlhostkit/securedialog.h>
 #include <vlhostkit/securelist.h>

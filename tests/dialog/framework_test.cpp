@@ -106,7 +106,7 @@ TEST_F(Framework, RefusedInputIsMarkedAndStays) {
     form.press(IDOK);
     EXPECT_NE(form.m_hWnd, nullptr);
     EXPECT_EQ(GetFocus(), form.control(IDC_USER));
-    EXPECT_EQ(SendMessageW(form.control(IDC_USER), EM_GETSEL, 0, 0), MAKELONG(0, 8));
+    EXPECT_EQ(SendMessageW(form.control(IDC_USER), EM_GETSEL, 0, 0), 8 << 16);
   }};
   EXPECT_EQ(form.DoModal(), 99);
 }

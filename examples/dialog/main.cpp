@@ -1,0 +1,45 @@
+// logon: shows the log-on dialog, and says what came of it without showing the password.
+#include <cstdio>
+
+#include <vlafx/exceptions.h>
+
+#include "logon.h"
+
+namespace {
+
+void printUtf8(const wchar_t* text) {
+  char bytes[1024];
+  if (WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, sizeof(bytes), nullptr, nullptr) != 0) {
+    std::printf("%s", bytes);
+  }
+}
+
+int logOn() {
+  LogOnDialog dialog;
+  const INT_PTR result = dialog.DoModal();
+  if (result == -1) {
+    std::fprintf(stderr, "logon: the dialog can't be shown (%u)\n", static_cast<unsigned>(GetLastError()));
+    return 2;
+  }
+  if (result != IDOK) {
+    std::puts("Cancelled.");
+    return 1;
+  }
+  std::printf("Logged on as ");
+  printUtf8(dialog.m_user.GetString());
+  std::printf(", with a password of %d characters.\n", dialog.m_password.GetLength());
+  return 0;
+}
+
+}  // namespace
+
+int main() {
+  prepareScreen();
+  try {
+    return logOn();
+  } catch (CException* exception) {
+    exception->Delete();
+    std::fputs("logon: the dialog failed\n", stderr);
+    return 2;
+  }
+}
