@@ -140,7 +140,7 @@ TEST_F(DialogsTest, FiltersFaultsAndRefusals) {
   EXPECT_TRUE(peek() && found.hwnd == nullptr && !peek());
   machine().windows().setUser([](HWND modalDialog) { EndDialog(modalDialog, 9); });
   const std::function<INT_PTR()> calls[] = {
-      [&] { return GetDlgItem(target, 99) != nullptr; },
+      [&] { return IsWindow(target) + (GetDlgItem(target, 99) != nullptr); },
       [&] { return GetDlgCtrlID(target); },
       [&] { return GetParent(target) != nullptr; },
       [&] { return PostMessageW(target, WM_APP, 0, 0); },
@@ -161,8 +161,7 @@ TEST_F(DialogsTest, FiltersFaultsAndRefusals) {
     expect(dialog, vlplatform::Faults::kDefaultCode);
     faults().watch();
     expect(reinterpret_cast<HWND>(0x44), ERROR_INVALID_WINDOW_HANDLE);
-    std::thread(expect, dialog, &call - calls < 6 ? ERROR_SUCCESS : ERROR_ACCESS_DENIED)
-        .join();  // six are any thread's
+    std::thread(expect, dialog, &call < calls + 6 ? ERROR_SUCCESS : ERROR_ACCESS_DENIED).join();  // six: any thread
   }
   EXPECT_TRUE(IsWindow(dialog) && DestroyWindow(dialog));
   EXPECT_TRUE(FindResourceW(nullptr, L"x", RT_DIALOG) == nullptr && GetLastError() == ERROR_RESOURCE_NAME_NOT_FOUND);
