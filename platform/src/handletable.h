@@ -3,9 +3,10 @@
 #define VLPLATFORM_SRC_HANDLETABLE_H
 
 #include <cstdint>
+#include <map>
 #include <mutex>
 #include <optional>
-#include <unordered_map>
+#include <vector>
 
 #include <vlplatform/machine.h>
 
@@ -30,6 +31,29 @@ class HandleTable {
     const auto found = records_.find(handle);
     return found != records_.end() ? std::optional(found->second) : std::nullopt;
   }
+  /// Calls `use` with the record, which can't be closed meanwhile. False if it is not open.
+  template <class Use>
+  bool with(HANDLE handle, Use use) const {
+    const std::lock_guard lock(mutex_);
+    const auto found = records_.find(handle);
+    if (found == records_.end()) {
+      return false;
+    }
+    use(found->second);
+    return true;
+  }
+  /// The handles, in the order of their opening, whose record `matches`.
+  template <class Matches>
+  std::vector<HANDLE> handles(Matches matches) const {
+    const std::lock_guard lock(mutex_);
+    std::vector<HANDLE> found;
+    for (const auto& [handle, record] : records_) {
+      if (matches(record)) {
+        found.push_back(handle);
+      }
+    }
+    return found;
+  }
   /// False if it is not open.
   bool close(HANDLE handle) {
     const std::lock_guard lock(mutex_);
@@ -43,7 +67,7 @@ class HandleTable {
  private:
   const Resource resource_;
   mutable std::mutex mutex_;
-  std::unordered_map<HANDLE, Record> records_;
+  std::map<HANDLE, Record> records_;
   std::uintptr_t last_ = 0x100;
 };
 

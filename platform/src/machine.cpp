@@ -22,6 +22,7 @@ void Machine::reset() {
   installer_.reset();
   version_.reset();
   messages_.reset();
+  windows_.reset();
 }
 
 }  // namespace vlplatform

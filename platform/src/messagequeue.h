@@ -1,36 +1,59 @@
-/// One thread's message queue.
+/// One thread's message queue. What leaves it is overwritten: typed characters pass through it.
 #ifndef VLPLATFORM_SRC_MESSAGEQUEUE_H
 #define VLPLATFORM_SRC_MESSAGEQUEUE_H
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <deque>
+#include <list>
 #include <mutex>
 #include <optional>
+#include <vector>
 
+#include <vlhostkit/wipe.h>
 #include <vlplatform/messages.h>
 
 namespace vlplatform {
+
+/// The calling thread's number, past the fault gate.
+DWORD threadId();
+
+/// Which messages are asked for.
+struct MessageFilter {
+  UINT first = 0;
+  UINT last = 0;
+  /// None: any. A null handle stands for the messages of the thread itself.
+  std::optional<std::vector<HWND>> windows;
+
+  bool accepts(const MSG& message) const {
+    return ((first == 0 && last == 0) || (message.message >= first && message.message <= last)) &&
+           (!windows || std::ranges::find(*windows, message.hwnd) != windows->end());
+  }
+};
 
 /// Posted to by any thread, read by its own. Thread-safe.
 class MessageQueue {
  public:
   static constexpr std::size_t kMostMessages = 10000;
 
+  ~MessageQueue() { clear(); }
+
   void clear() {
     const std::lock_guard lock(mutex_);
-    messages_.clear();
+    eraseIf([](const MSG&) { return true; });
     quit_.reset();
     fresh_ = false;
   }
   /// False if it is full.
-  bool post(const MSG& message) {
+  bool post(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    using Milliseconds = std::chrono::milliseconds;
+    const auto time = std::chrono::duration_cast<Milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
     {
       const std::lock_guard lock(mutex_);
       if (messages_.size() >= kMostMessages) {
         return false;
       }
-      messages_.push_back(message);
+      messages_.push_back({window, message, wParam, lParam, static_cast<DWORD>(time.count()), {}});
       fresh_ = true;
     }
     arrived_.notify_one();
@@ -41,17 +64,20 @@ class MessageQueue {
     quit_ = exitCode;
     fresh_ = true;
   }
-  /// The first message of the range, and takes it out if it is to be removed.
-  std::optional<MSG> look(UINT first, UINT last, bool remove) {
+  /// Forgets the messages of a window.
+  void drop(HWND window) {
     const std::lock_guard lock(mutex_);
-    return lookLocked(first, last, remove);
+    eraseIf([window](const MSG& message) { return message.hwnd == window; });
   }
-  MSG waitFor(UINT first, UINT last) {
+  /// Copies the first message that is asked for to `found`, and takes it out if it is to be removed.
+  bool look(MSG& found, const MessageFilter& filter, bool remove) {
+    const std::lock_guard lock(mutex_);
+    return lookLocked(found, filter, remove);
+  }
+  /// Takes it out.
+  void waitFor(MSG& found, const MessageFilter& filter) {
     std::unique_lock lock(mutex_);
-    for (;;) {
-      if (const auto message = lookLocked(first, last, true)) {
-        return *message;
-      }
+    while (!lookLocked(found, filter, true)) {
       arrived_.wait(lock, [this] { return fresh_; });
     }
   }
@@ -67,32 +93,41 @@ class MessageQueue {
   }
 
  private:
-  std::optional<MSG> lookLocked(UINT first, UINT last, bool remove) {
+  template <class Matches>
+  void eraseIf(Matches matches) {
+    for (auto next = messages_.begin(); next != messages_.end();) {
+      next = matches(*next) ? erase(next) : std::next(next);
+    }
+  }
+  std::list<MSG>::iterator erase(std::list<MSG>::iterator message) {
+    VL::Framework::wipe(&*message, sizeof(MSG));
+    return messages_.erase(message);
+  }
+  bool lookLocked(MSG& found, const MessageFilter& filter, bool remove) {
     fresh_ = false;
-    for (auto next = messages_.begin(); next != messages_.end(); ++next) {
-      if ((first == 0 && last == 0) || (next->message >= first && next->message <= last)) {
-        const MSG found = *next;
-        if (remove) {
-          messages_.erase(next);
-        }
-        return found;
+    const auto next = std::ranges::find_if(messages_, [&](const MSG& message) { return filter.accepts(message); });
+    if (next != messages_.end()) {
+      found = *next;
+      if (remove) {
+        erase(next);
       }
+      return true;
     }
     if (!quit_) {
-      return std::nullopt;
+      return false;
     }
-    MSG found{};
+    found = {};
     found.message = WM_QUIT;
     found.wParam = static_cast<WPARAM>(*quit_);
     if (remove) {
       quit_.reset();
     }
-    return found;
+    return true;
   }
 
   std::mutex mutex_;
   std::condition_variable arrived_;
-  std::deque<MSG> messages_;
+  std::list<MSG> messages_;
   std::optional<int> quit_;
   bool fresh_ = false;
 };

@@ -4,26 +4,33 @@
 
 #include "gate.h"
 #include "messagequeue.h"
+#include "windows/window.h"
 
 namespace vlplatform {
 namespace {
+
+// False with the last-error value set if the window is none of this thread's.
+bool makeFilter(HWND window, UINT first, UINT last, MessageFilter& filter) {
+  filter.first = first;
+  filter.last = last;
+  if (reinterpret_cast<INT_PTR>(window) == -1) {
+    filter.windows = {nullptr};
+  } else if (window != nullptr) {
+    if (windows::findOwn(window) == nullptr) {
+      return false;
+    }
+    filter.windows = windows::childrenOf(window);
+    filter.windows->push_back(window);
+  }
+  return true;
+}
+
+}  // namespace
 
 DWORD threadId() {
   thread_local const auto id = static_cast<DWORD>(::gettid());
   return id;
 }
-
-DWORD now() {
-  const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<DWORD>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
-}
-
-// Whether the window names the thread's own messages.
-bool ownMessages(HWND window) {
-  return window == nullptr || reinterpret_cast<INT_PTR>(window) == -1;
-}
-
-}  // namespace
 
 // A thread's hold on its queue. Others may post to the queue until it is out of the table, and a moment longer.
 class OwnedQueue {
@@ -87,7 +94,7 @@ BOOL PostThreadMessageW(DWORD target, UINT message, WPARAM wParam, LPARAM lParam
   if (queue == nullptr) {
     return succeed(ERROR_INVALID_THREAD_ID);
   }
-  return succeed(queue->post({nullptr, message, wParam, lParam, now(), {}}) ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_QUOTA);
+  return succeed(queue->post(nullptr, message, wParam, lParam) ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_QUOTA);
 }
 
 void PostQuitMessage(int exitCode) {
@@ -100,12 +107,12 @@ BOOL GetMessageW(MSG* message, HWND window, UINT first, UINT last) {
   if (gateFails("GetMessageW")) {
     return -1;
   }
-  if (!ownMessages(window)) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+  const OwnAllocations own;
+  MessageFilter filter;
+  if (!makeFilter(window, first, last, filter)) {
     return -1;
   }
-  const OwnAllocations own;
-  *message = machine().messages().own().waitFor(first, last);
+  machine().messages().own().waitFor(*message, filter);
   return message->message != WM_QUIT;
 }
 
@@ -113,15 +120,10 @@ BOOL PeekMessageW(MSG* message, HWND window, UINT first, UINT last, UINT remove)
   if (gateFails("PeekMessageW")) {
     return FALSE;
   }
-  if (!ownMessages(window)) {
-    return succeed(ERROR_INVALID_WINDOW_HANDLE);
-  }
   const OwnAllocations own;
-  const auto found = machine().messages().own().look(first, last, (remove & PM_REMOVE) != 0);
-  if (found) {
-    *message = *found;
-  }
-  return found.has_value();
+  MessageFilter filter;
+  return makeFilter(window, first, last, filter) &&
+         machine().messages().own().look(*message, filter, (remove & PM_REMOVE) != 0);
 }
 
 DWORD MsgWaitForMultipleObjects(DWORD count, const HANDLE*, BOOL, DWORD milliseconds, DWORD) {

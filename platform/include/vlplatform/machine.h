@@ -19,6 +19,7 @@
 #include <vlplatform/machine/sessions.h>
 #include <vlplatform/machine/strings.h>
 #include <vlplatform/machine/version.h>
+#include <vlplatform/machine/windows.h>
 
 namespace vlplatform {
 
@@ -42,6 +43,7 @@ class Machine {
   Installer& installer() { return installer_; }
   Version& version() { return version_; }
   Messages& messages() { return messages_; }
+  Windows& windows() { return windows_; }
 
   /// Everything as it is at start: the computer at hand, no faults. Counters stay: what is open is open.
   VLPLATFORM_API void reset();
@@ -64,6 +66,7 @@ class Machine {
   Installer installer_;
   Version version_;
   Messages messages_;
+  Windows windows_;
 };
 
 inline Machine& machine() {

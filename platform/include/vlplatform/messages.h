@@ -1,4 +1,4 @@
-/// Thread messages. There are no windows here: every message is one that was posted to a thread.
+/// Message queues: what was posted to a thread, or to a window of it (see vlplatform/dialogs.h).
 ///
 /// A thread gets its queue with its first GetMessageW, PeekMessageW or MsgWaitForMultipleObjects, and loses it, with
 /// what is in it, when it ends. Messages keep their order. PostQuitMessage leaves a mark that is told as WM_QUIT, once,
@@ -17,7 +17,7 @@ struct POINT {
   LONG y;
 };
 
-/// `hwnd` is null and `pt` zero in every message.
+/// `hwnd` is null in messages of the thread itself, and `pt` zero in every one.
 struct MSG {
   HWND hwnd;
   UINT message;
@@ -46,8 +46,10 @@ VLPLATFORM_API DWORD GetCurrentThreadId();
 VLPLATFORM_API BOOL PostThreadMessageW(DWORD threadId, UINT message, WPARAM wParam, LPARAM lParam);
 VLPLATFORM_API void PostQuitMessage(int exitCode);
 
-/// The oldest message between `first` and `last`, any message if both are 0. `window` is null or -1, for the thread's
-/// own messages; ERROR_INVALID_WINDOW_HANDLE for others. GetMessageW waits, and gives 0 for WM_QUIT and -1 on failure.
+/// The oldest message between `first` and `last`, any message if both are 0. `window` is null for all messages of the
+/// thread, -1 for those that belong to no window, or a window of this thread, for its own and those of its controls.
+/// ERROR_INVALID_WINDOW_HANDLE for a stale window, ERROR_ACCESS_DENIED for another thread's. GetMessageW waits, and
+/// gives 0 for WM_QUIT and -1 on failure.
 VLPLATFORM_API BOOL GetMessageW(MSG* message, HWND window, UINT first, UINT last);
 VLPLATFORM_API BOOL PeekMessageW(MSG* message, HWND window, UINT first, UINT last, UINT remove);
 

@@ -4,6 +4,7 @@
 
 #include <vlplatform/basetypes.h>
 #include <vlplatform/crt.h>
+#include <vlplatform/dialogs.h>
 #include <vlplatform/errors.h>
 #include <vlplatform/files.h>
 #include <vlplatform/heap.h>

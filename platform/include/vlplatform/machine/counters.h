@@ -24,6 +24,7 @@ enum class Resource : std::uint8_t {
   sessionBlock,
   registryKey,
   findHandle,
+  window,
   count_
 };
 
@@ -38,7 +39,7 @@ class Counters {
   static constexpr const char* name(Resource resource) {
     constexpr const char* kNames[] = {
         "module reference", "SAFEARRAY", "BSTR",          "token",        "LSA policy",  "heap block",
-        "local block",      "LSA block", "session block", "registry key", "find handle",
+        "local block",      "LSA block", "session block", "registry key", "find handle", "window",
     };
     static_assert(std::size(kNames) == static_cast<std::size_t>(Resource::count_));
     return kNames[static_cast<std::size_t>(resource)];
