@@ -31,7 +31,7 @@ void DDX_Text(CDataExchange* exchange, int id, CStringT<wchar_t>& value) {
   const HWND control = exchange->PrepareEditCtrl(id);
   if (exchange->m_bSaveAndValidate) {
     const int length = GetWindowTextLengthW(control);
-    wchar_t* const text = value.GetBuffer(length);
+    wchar_t* const text = value.GetBuffer(length + 1);  // room that may be written to, for an empty text also
     value.ReleaseBuffer(GetWindowTextW(control, text, length + 1));
   } else {
     SetWindowTextW(control, value.GetString());

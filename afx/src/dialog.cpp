@@ -50,6 +50,7 @@ INT_PTR CDialog::DoModal() {
   const INT_PTR result = DialogBoxParamW(AfxFindDialogResourceHandle(template_), template_,
                                          parent_ != nullptr ? parent_->GetSafeHwnd() : nullptr, &CDialog::procedure,
                                          reinterpret_cast<LPARAM>(this));
+  m_hWnd = nullptr;
   passFailureOn();
   return result;
 }
@@ -104,11 +105,13 @@ void CDialog::OnCancel() {
 INT_PTR CALLBACK CDialog::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(window, DWLP_USER, second);
-    reinterpret_cast<CDialog*>(second)->m_hWnd = window;
   }
   auto* const dialog = reinterpret_cast<CDialog*>(GetWindowLongPtrW(window, DWLP_USER));
   if (dialog == nullptr) {
     return FALSE;  // ahead of WM_INITDIALOG, or behind WM_NCDESTROY
+  }
+  if (message == WM_INITDIALOG) {
+    dialog->m_hWnd = window;
   }
   const bool modeless = dialog->run_ == Run::modeless;  // then a handler may delete the object
   try {

@@ -67,6 +67,11 @@ void Faults::failAny(std::uint64_t n, FaultSpan span, DWORD code) {
   state_->plan({}, n, span, code);
 }
 
+void Faults::forgetPlans() {
+  const std::lock_guard lock(state_->mutex);
+  state_->plans.clear();
+}
+
 DWORD Faults::pass(const char* function) {
   const std::lock_guard lock(state_->mutex);
   const OwnAllocations own;

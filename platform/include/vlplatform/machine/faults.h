@@ -43,6 +43,9 @@ class VLPLATFORM_API Faults {
   /// The same for the n-th call of any function.
   void failAny(std::uint64_t n, FaultSpan span = FaultSpan::once, DWORD code = kDefaultCode);
 
+  /// Nothing fails from now on; calls are counted as before.
+  void forgetPlans();
+
   /// For the stand-in's functions: counts a call of `function`; the code that it must fail with, 0 to go on.
   /// Only asked while watching.
   DWORD pass(const char* function);
