@@ -2,6 +2,8 @@
 #ifndef SAMPLES_CONTEXT_H
 #define SAMPLES_CONTEXT_H
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cwchar>

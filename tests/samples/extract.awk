@@ -4,9 +4,10 @@
 #   awk -v block='```text output' -f extract.awk README.md    what it prints
 #   awk -f extract.awk FILE                                   the fragments, each as the body of a function
 #
-# A fragment is a block ```cpp fragment, and in a header what a /// comment shows behind an empty line, five blanks in.
-# In it "{ ... }", and "..." at the begin of a line, stand for the caller's own code. Fails if the one block is not
-# there or not alone, and for a block ```cpp outside README, which nothing would build.
+# A fragment is a block ```cpp fragment, or with -v native=1 also ```cpp fragment native, and in a header what a ///
+# comment shows behind an empty line, five blanks in. In it "{ ... }", and "..." at the begin of a line, stand for the
+# caller's own code. Fails if the one block is not there or not alone, and for a block ```cpp outside README, which
+# nothing would build.
 
 function set_open(now) {
   if (now != open && !block) {
@@ -43,7 +44,7 @@ BEGIN {
   kind = substr($0, match($0, /`/))
   if (fenced) {
     set_open(0)
-  } else if (kind == wanted) {
+  } else if (kind == wanted || (native && kind == wanted " native")) {
     indent = RSTART
     set_open(1)
   } else if (kind == "```cpp" && FILENAME !~ /README\.md$/) {
@@ -73,7 +74,7 @@ END {
     fail("expected exactly one block " block ", found " samples + 0)
   }
   if (!block) {
-    print "}  // namespace samples"
+    print "}"
   }
   exit failed
 }
