@@ -84,14 +84,15 @@ VLHOSTKIT_API int vlNetConvertUserIdToNETBIOSA(LPCSTR userId, LPCSTR domain, LPS
 ///
 /// Returns nonzero, or 0 with
 ///   87   `size` is null; or there is no "@" and the translation gave no answer (`*size` as it was)
-///   2    there is no Secur32.dll or no translation in it, and no cache is asked then; or the own cache, asked last, has
-///        no such key or value. `*size` is as it was, or the length of a name that the system's cache had no room for
+///   2    there is no Secur32.dll or no translation in it, and no cache is asked then; or the own cache, which is asked
+///        last, has no such key or value: `*size` is as it was, or the length of a name that the system's cache had
+///        no room for
 ///   122  the composed name does not fit: `*size` holds what is needed, and `samName` may hold the domain alone. Also
 ///        for a name from a cache of more than 254 characters, whatever the capacity is: `*size` is above 255 then
 ///   otherwise the registry's number of the own cache, 234 for a domain that is too long for the buffer.
-/// With a null `samName` the translation's size counts only where the platform calls that question a buffer too small;
-/// where it is a success, the caches are asked. A suffix that the system's cache doesn't have then gives 122, with `*size`
-/// as it was: the own cache tells no sizes.
+/// With a null `samName` the translation's size counts only where the platform calls the question a buffer too small.
+/// Where that is a success, the caches are asked, and a suffix that the system's cache doesn't have gives 122 with
+/// `*size` as it was: the own cache tells no sizes.
 ///
 /// CAUTION: when the translation finds the buffer too small, the result is nonzero, the last-error value 0, `samName`
 /// unfilled and `*size` the capacity needed. Compare the size with the capacity:

@@ -2,7 +2,7 @@
 #
 #   awk -v block='```cpp' -f extract.awk README.md            the one whole program of README
 #   awk -v block='```text output' -f extract.awk README.md    what it prints
-#   awk -f extract.awk FILE                                   the fragments, each as the body of a function
+#   awk -f extract.awk FILE...                                the fragments, each as the body of a function
 #
 # A fragment is a block ```cpp fragment, or with -v native=1 also ```cpp fragment native, and in a header what a ///
 # comment shows behind an empty line, five blanks in. In it "{ ... }", and "..." at the begin of a line, stand for the
