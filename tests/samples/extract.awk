@@ -5,9 +5,8 @@
 #   awk -f extract.awk FILE...                                the fragments, each as the body of a function
 #
 # A fragment is a block ```cpp fragment, or with -v native=1 also ```cpp fragment native, and in a header what a ///
-# comment shows behind an empty line, five blanks in. In it "{ ... }", and "..." at the begin of a line, stand for the
-# caller's own code. Fails if the one block is not there or not alone, and for a block ```cpp outside README, which
-# nothing would build.
+# comment shows behind an empty line, five blanks in. In it "{ ... }" and a leading "..." stand for the caller's own code.
+# Fails if the one block is not there or not alone, and for a block ```cpp outside README, which nothing would build.
 
 function set_open(now) {
   if (now != open && !block) {
