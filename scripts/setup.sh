@@ -3,7 +3,7 @@
 #
 #   setup.sh            everything for both targets
 #   setup.sh --native   without the cross compiler and Wine
-#   setup.sh --dev      in addition the tools of the fuzzers and linters
+#   setup.sh --dev      in addition the tools of the fuzzers, the linters and the reference
 #
 # Needs root only if something is missing. Where the Windows packages can't be installed, this says so and succeeds,
 # since the native target works without them; with CI set it fails.
@@ -13,7 +13,7 @@ native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest
   libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
 sample=(wixl)  # builds the sample installer; its test is skipped without
-dev=(clang clang-format clang-tidy libclang-rt-14-dev)
+dev=(clang clang-format clang-tidy libclang-rt-14-dev doxygen)
 
 for argument in "$@"; do
   case $argument in

@@ -74,7 +74,8 @@ VLHOSTKIT_API int vlNetConvertUserIdToNETBIOSA(LPCSTR userId, LPCSTR domain, LPS
 ///      "HKEY_LOCAL_MACHINE\SOFTWARE\Velorin\System\DomainCache" (value: the suffix, data: the domain) if that key is
 ///      there and writable; nothing here makes it. A text without "@" is not stored.
 ///   2. the operating system's cache, "...\Windows NT\CurrentVersion\Winlogon\DomainCache": the first value whose data
-///      equals the suffix, case included, is named like the domain
+///      equals the suffix, case included, is named like the domain; an entry with more than 254 characters in its name
+///      or 126 in its data ends the search
 ///   3. the own cache
 ///
 /// `upn` is required, not tested, and needs an "@". `samName` may be null to ask for the size. `size`: on entry the
@@ -83,12 +84,15 @@ VLHOSTKIT_API int vlNetConvertUserIdToNETBIOSA(LPCSTR userId, LPCSTR domain, LPS
 ///
 /// Returns nonzero, or 0 with
 ///   87   `size` is null; or there is no "@" and the translation gave no answer (`*size` as it was)
-///   2    there is no Secur32.dll or no translation in it, and no cache is asked then; or no cache knows the suffix
+///   2    there is no Secur32.dll or no translation in it, and no cache is asked then; or the own cache, which is asked
+///        last, has no such key or value: `*size` is as it was, or the length of a name that the system's cache had
+///        no room for
 ///   122  the composed name does not fit: `*size` holds what is needed, and `samName` may hold the domain alone. Also
 ///        for a name from a cache of more than 254 characters, whatever the capacity is: `*size` is above 255 then
-///   otherwise the registry's number; 234 for a domain that is too long for the buffer, or a system cache with an entry
-///   of more than 254 characters in its name or 126 in its data that was met before an equal one.
-/// With a null `samName` a suffix that only the own cache knows gives 122: that cache tells no sizes.
+///   otherwise the registry's number of the own cache, 234 for a domain that is too long for the buffer.
+/// With a null `samName` the translation's size counts only where the platform calls the question a buffer too small.
+/// Where that is a success, the caches are asked, and a suffix that the system's cache doesn't have gives 122 with
+/// `*size` as it was: the own cache tells no sizes.
 ///
 /// CAUTION: when the translation finds the buffer too small, the result is nonzero, the last-error value 0, `samName`
 /// unfilled and `*size` the capacity needed. Compare the size with the capacity:

@@ -152,7 +152,7 @@ VLHOSTKIT_API int vlRegWriteBinaryValueEx(HKEY hKey, LPCWSTR pszKey, LPCWSTR psz
 /// An element of the list of values.
 struct RegValueEntry {
   WCHAR szName[260];  ///< NUL-terminated; empty for the unnamed value
-  DWORD dwType;
+  DWORD dwType;       ///< REG_SZ, REG_DWORD, ...
 };
 
 /// Lists the values of a key with their types, in the platform's order: element i of `pEntries` is the value at index

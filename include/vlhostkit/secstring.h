@@ -16,6 +16,7 @@ namespace VL::Framework {
 template <class T>
 class secallocator : public std::allocator<T> {
  public:
+  /// Made, copied and converted without a state to take along.
   secallocator() = default;
   secallocator(const secallocator&) = default;
   secallocator& operator=(const secallocator&) = default;

@@ -74,6 +74,7 @@ class VLHOSTKIT_API CSecStr {
   /// Wipes: the length is 0 afterwards, the allocated length stays.
   void Empty();
 
+  /// The length without the terminator, and whether it is 0.
   int GetLength() const;
   bool IsEmpty() const;
   /// How many characters the buffer holds without moving; 0 for an object that never held text.
@@ -155,6 +156,7 @@ class VLHOSTKIT_API CSecStr {
   int LoadStringW(UINT id);
 
  protected:
+  /// What UpdateFindStringResourceHandleFunction has set.
   static HINSTANCE (*m_pFnFindStringResourceHandle)(UINT);
 
  private:
@@ -179,21 +181,25 @@ VLHOSTKIT_API CSecStr operator+(const wchar_t* a, const CSecStr& b);
 /// work, wipe and throw as those of CSecStr.
 class VLHOSTKIT_API CSecStrA {
  public:
+  /// Empty text, and a deep copy.
   CSecStrA();
   CSecStrA(const CSecStrA& other);
   /// The narrow form of a wide text, by the runtime's wcstombs_s in its current locale: no code page is named. The
   /// length is that of the wide text, whatever the conversion gave: what does not convert, and what does not fit into
   /// as many bytes, is cut, and the rest of the length is NUL bytes.
   CSecStrA(const CSecStr& text);
+  /// As the constructors and the destructor of CSecStr.
   CSecStrA(const char* text);
   CSecStrA(const char* text, int length);
   ~CSecStrA();
 
+  /// A deep copy of `other`, which may be this object.
   CSecStrA& operator=(const CSecStrA& other);
   /// Wipes first, then takes the narrow form of `text`; null leaves the object empty. All temporaries are wiped. A
   /// failure leaves the object empty.
   CSecStrA& operator=(wchar_t* text);
 
+  /// As the members of CSecStr.
   operator const char*() const;
   char* GetBuffer() const;
   const char* GetString() const;
@@ -204,6 +210,7 @@ class VLHOSTKIT_API CSecStrA {
   int Find(const char* text, int start) const;
   /// As CSecStr::Append of a counted text, but a null text is reported to _invalid_parameter whatever the length.
   void Append(const char* text, int length);
+  /// As CSecStr::Insert.
   int Insert(int index, const char* text);
 
  private:

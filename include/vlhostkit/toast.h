@@ -67,6 +67,7 @@ class ITXToastNotification {
 /// the worker; a request that comes before the toast displays is lost, so the wait may last as long as the toast.
 class VLHOSTKIT_API ITXToastManager {
  public:
+  /// Nothing is held here: the managers that vlCreateToastManager makes are not copied.
   ITXToastManager();
   ITXToastManager(const ITXToastManager& other);
   ITXToastManager& operator=(const ITXToastManager& other);

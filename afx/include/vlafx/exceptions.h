@@ -28,10 +28,11 @@ class VLAFX_API CMemoryException : public CException {
 /// A failed HRESULT.
 class VLAFX_API COleException : public CException {
  public:
+  /// With `code` as m_sc.
   explicit COleException(HRESULT code) : m_sc(code) {}
   ~COleException() override;
 
-  HRESULT m_sc;
+  HRESULT m_sc;  ///< what failed
 };
 
 /// An argument that the callee cannot work with. Preallocated.
@@ -55,13 +56,15 @@ class VLAFX_API CUserException : public CException {
 
 namespace msl::utilities {
 
+/// Why checked arithmetic gave up.
 enum SafeIntError { SafeIntNoError = 0, SafeIntArithmeticOverflow = 1 };
 
 /// Checked size arithmetic that went out of range. Thrown by value.
 class VLAFX_API SafeIntException {
  public:
+  /// With `code` as m_code.
   explicit SafeIntException(SafeIntError code = SafeIntNoError) : m_code(code) {}
-  SafeIntError m_code;
+  SafeIntError m_code;  ///< why
 };
 
 }  // namespace msl::utilities

@@ -12,14 +12,17 @@ using POSITION = __POSITION*;
 /// heap when the list is empty. For one thread at a time. Positions stay valid until their node is removed.
 class VLAFX_API CObList {
  public:
+  /// Empty; takes no memory yet.
   explicit CObList(int blockSize = 10);
   /// Releases the nodes, not the objects.
   ~CObList();
   CObList(const CObList&) = delete;
   CObList& operator=(const CObList&) = delete;
 
+  /// The number of objects, and whether it is 0.
   int GetCount() const { return count_; }
   bool IsEmpty() const { return count_ == 0; }
+  /// The first and the last node, null if there is none.
   POSITION GetHeadPosition() const { return head_; }
   POSITION GetTailPosition() const { return tail_; }
 

@@ -15,10 +15,12 @@
 template <class Char>
 class CSimpleStringT {
  public:
+  /// A character, and pointers to text that may be written and only read.
   using XCHAR = Char;
   using PXSTR = Char*;
   using PCXSTR = const Char*;
 
+  /// Empty; no block yet.
   VLAFX_API CSimpleStringT() noexcept;
   ~CSimpleStringT() {
     if (header()->nRefs > 0) {
@@ -28,9 +30,11 @@ class CSimpleStringT {
   CSimpleStringT(const CSimpleStringT&) = delete;
   CSimpleStringT& operator=(const CSimpleStringT&) = delete;
 
+  /// Length and allocated length, without the terminator.
   int GetLength() const noexcept { return header()->nDataLength; }
   int GetAllocLength() const noexcept { return header()->nAllocLength; }
   bool IsEmpty() const noexcept { return GetLength() == 0; }
+  /// The characters, for reading.
   PCXSTR GetString() const noexcept { return m_pszData; }
   operator PCXSTR() const noexcept { return m_pszData; }
 
@@ -69,6 +73,7 @@ class CSimpleStringT {
   VLAFX_API void SetAt(int index, XCHAR character);
 
  protected:
+  /// What stands ahead of the characters.
   CStringData* header() const noexcept { return reinterpret_cast<CStringData*>(m_pszData) - 1; }
   /// Sets a length that fits and terminates the text. Writes nothing to the static empty buffer.
   void setLength(int n) noexcept {

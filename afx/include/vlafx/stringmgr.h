@@ -27,11 +27,12 @@ VLAFX_API IStringManager* AfxGetStringManager();
 
 /// What stands directly ahead of the first character of every buffer.
 struct CStringData {
-  IStringManager* pStringMgr;
-  int nDataLength;   ///< characters of text, without the terminator
-  int nAllocLength;  ///< characters the buffer can hold, without the terminator: the storage holds one more
-  long nRefs;        ///< holders of the buffer; -1 for the static empty buffer, which is never written or released
+  IStringManager* pStringMgr;  ///< where the buffer came from
+  int nDataLength;             ///< characters of text, without the terminator
+  int nAllocLength;            ///< characters the buffer can hold, without the terminator: the storage holds one more
+  long nRefs;  ///< holders of the buffer; -1 for the static empty buffer, which is never written or released
 
+  /// The first character.
   void* data() { return this + 1; }
 };
 

@@ -7,6 +7,7 @@
 
 namespace VL::Framework {
 
+/// The conversions; there are no objects of it.
 class CConverter {
  public:
   /// Appends `length` bytes of `text`, in the process's ANSI code page (UTF-8 off Windows), to `out` as wide text.

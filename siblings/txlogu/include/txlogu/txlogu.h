@@ -95,18 +95,18 @@ TXLOGU_API void txlogLogBin(const wchar_t* tag, int level, const void* data, int
 
 /// A record as a sink gets it. Valid during the call only.
 typedef struct txlogRecord {
-  long long time;  ///< milliseconds since 1 January 1970 UTC
-  unsigned long processId;
-  unsigned long threadId;
-  int level;
-  const wchar_t* tag;     ///< as passed, but never null
-  const wchar_t* format;  ///< the pointer passed as `format`; null for binary data
-  const wchar_t* text;    ///< the formatted text or the label, nothing escaped, NUL-terminated
-  size_t textLength;      ///< its length without the terminator, at most TXLOG_MAX_TEXT
-  int textCut;            ///< nonzero if the text was longer
-  int binary;             ///< nonzero if the record comes from txlogLogBin
-  const void* data;       ///< the bytes passed; null if they can't be read (null pointer, negative size)
-  int byteCount;          ///< their number, 0 if they can't be read
+  long long time;           ///< milliseconds since 1 January 1970 UTC
+  unsigned long processId;  ///< of the process that logs
+  unsigned long threadId;   ///< of its thread
+  int level;                ///< one of txlogLevel, or another number
+  const wchar_t* tag;       ///< as passed, but never null
+  const wchar_t* format;    ///< the pointer passed as `format`; null for binary data
+  const wchar_t* text;      ///< the formatted text or the label, nothing escaped, NUL-terminated
+  size_t textLength;        ///< its length without the terminator, at most TXLOG_MAX_TEXT
+  int textCut;              ///< nonzero if the text was longer
+  int binary;               ///< nonzero if the record comes from txlogLogBin
+  const void* data;         ///< the bytes passed; null if they can't be read (null pointer, negative size)
+  int byteCount;            ///< their number, 0 if they can't be read
 } txlogRecord;
 
 /// Takes a record. Called on the logging thread, one call at a time in the whole process; other logging threads wait
