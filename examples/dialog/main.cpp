@@ -1,4 +1,4 @@
-// logon: shows the log-on dialog, and says what came of it without showing the password.
+// logon [USER]: shows the log-on dialog, and says what came of it without showing the password.
 #include <cstdio>
 
 #include <vlafx/exceptions.h>
@@ -14,8 +14,9 @@ void printUtf8(const wchar_t* text) {
   }
 }
 
-int logOn() {
+int logOn(const char* user) {
   LogOnDialog dialog;
+  dialog.m_user = user;
   const INT_PTR result = dialog.DoModal();
   if (result == -1) {
     std::fprintf(stderr, "logon: the dialog can't be shown (%u)\n", static_cast<unsigned>(GetLastError()));
@@ -33,10 +34,10 @@ int logOn() {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   prepareScreen();
   try {
-    return logOn();
+    return logOn(argc > 1 ? argv[1] : "");
   } catch (CException* exception) {
     exception->Delete();
     std::fputs("logon: the dialog failed\n", stderr);

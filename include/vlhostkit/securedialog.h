@@ -13,7 +13,6 @@
 ///      public:
 ///       CLogOn() : CSecureDialog(IDD_LOG_ON, nullptr) {}
 ///       CSecStr m_password;
-///
 ///      protected:
 ///       BOOL OnInitDialog() override {
 ///         OnInitDialogSecure();   // in place of CDialog::OnInitDialog

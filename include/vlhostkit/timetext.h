@@ -78,7 +78,7 @@ VLHOSTKIT_API DWORD vlSysLargeIntegerToISO8601(const LARGE_INTEGER* value, LPWST
 /// Compares two texts as points in time, whatever zone each names.
 ///
 /// Returns -1 if `first` is the earlier, 0 if they are the same, 1 if `first` is the later. Any other value is an
-/// error: those of vlSysISO8601ToLargeInteger, of `first` before `second`.
+/// error: those of vlSysISO8601ToSystemTime, of `first` before `second`; then 87 where one is no date of a calendar.
 VLHOSTKIT_API int vlSysCompareISO8601(LPCWSTR first, LPCWSTR second);
 
 }  // extern "C"

@@ -34,6 +34,9 @@ extern CSecStr secret;
 extern PSID sid;
 extern SYSTEMTIME time;
 
+enum Resources : int { IDD_LOG_ON = 1, IDC_USER, IDC_PASSWORD };
+
+void logOn(const wchar_t* user);
 void readPassword(wchar_t* text, std::size_t size);
 
 }  // namespace samples

@@ -9,31 +9,29 @@ class CCmdTarget;
 /// Runs a handler of the object; commands and notifications give no result.
 using AFX_PMSG = LRESULT (*)(CCmdTarget* target, WPARAM first, LPARAM second);
 
+/// Who handles what.
 struct AFX_MSGMAP_ENTRY {
-  UINT nMessage;
+  UINT nMessage;  ///< WM_COMMAND, or another message
   UINT nCode;  ///< the notification's code, for WM_COMMAND
-  UINT nID;    ///< the first and last id of commands and controls, for WM_COMMAND
-  UINT nLastID;
+  UINT nID;    ///< the first id of commands and controls, for WM_COMMAND
+  UINT nLastID;  ///< the last one, often the same
   AFX_PMSG pfn;  ///< null ends a map
 };
 
-/// A class's own entries, and where the search goes on: null at the root.
+/// A class's own entries, and where the search goes on.
 struct AFX_MSGMAP {
-  const AFX_MSGMAP* (*pfnGetBaseMap)();
-  const AFX_MSGMAP_ENTRY* lpEntries;
+  const AFX_MSGMAP* (*pfnGetBaseMap)();  ///< null at the root
+  const AFX_MSGMAP_ENTRY* lpEntries;     ///< with an end entry
 };
 
-/// In the class, and once in a source file:
-///
-///     class CLogOn : public CDialog { DECLARE_MESSAGE_MAP() ... };
-///     BEGIN_MESSAGE_MAP(CLogOn, CDialog)
-///     ON_BN_CLICKED(IDC_FORGET, OnForget)
-///     END_MESSAGE_MAP()
+/// Gives a class a message map: DECLARE_MESSAGE_MAP() stands in the class; in one source file BEGIN_MESSAGE_MAP(CLogOn,
+/// CDialog), then entries as ON_BN_CLICKED(IDC_FORGET, OnForget) without commas, then END_MESSAGE_MAP().
 #define DECLARE_MESSAGE_MAP()                   \
  protected:                                     \
   static const AFX_MSGMAP* GetThisMessageMap(); \
   const AFX_MSGMAP* GetMessageMap() const override;
 
+/// Begins the map of a class, behind which its base's map is searched.
 #define BEGIN_MESSAGE_MAP(class_name, base_name)        \
   const AFX_MSGMAP* class_name::GetMessageMap() const { \
     return GetThisMessageMap();                         \
@@ -42,6 +40,7 @@ struct AFX_MSGMAP {
     using ThisClass [[maybe_unused]] = class_name;      \
     using BaseClass = base_name;                        \
     static const AFX_MSGMAP_ENTRY entries[] = {
+/// Ends the map.
 #define END_MESSAGE_MAP()                                                 \
   {0, 0, 0, 0, nullptr},                                                  \
   }                                                                       \
@@ -58,7 +57,9 @@ struct AFX_MSGMAP {
      (static_cast<ThisClass*>(target)->member)();                                                                      \
      return 0;                                                                                                         \
    }},
+/// A click on a button.
 #define ON_BN_CLICKED(id, member) ON_CONTROL(BN_CLICKED, id, member)
+/// A change that the user made in an edit control.
 #define ON_EN_CHANGE(id, member) ON_CONTROL(EN_CHANGE, id, member)
 /// Any other message, `LRESULT OnFoo(WPARAM, LPARAM)`.
 #define ON_MESSAGE(message, member)                                        \
@@ -77,7 +78,9 @@ class VLAFX_API CCmdTarget : public CObject {
 
  protected:
   CCmdTarget() = default;
+  /// The map of this class.
   static const AFX_MSGMAP* GetThisMessageMap();
+  /// The map of the object's class.
   virtual const AFX_MSGMAP* GetMessageMap() const;
   /// Searches the maps from the object's class to the root; null if there is no entry.
   const AFX_MSGMAP_ENTRY* findHandler(UINT message, UINT code, UINT id) const;

@@ -8,10 +8,12 @@
 /// One exchange, made by CWnd::UpdateData.
 class VLAFX_API CDataExchange {
  public:
+  /// `dialog` lives longer than the exchange.
   CDataExchange(CWnd* dialog, BOOL saveAndValidate) : m_bSaveAndValidate(saveAndValidate), m_pDlgWnd(dialog) {}
 
   /// Nonzero: from the controls to the members.
   BOOL m_bSaveAndValidate;
+  /// Whose exchange it is.
   CWnd* m_pDlgWnd;
   /// The last control that was prepared, null before the first, and whether that was an edit control.
   HWND m_hWndLastControl = nullptr;

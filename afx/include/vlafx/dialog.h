@@ -14,11 +14,9 @@
 ///      public:
 ///       CLogOn() : CDialog(IDD_LOG_ON) {}
 ///       CStringT<wchar_t> m_user;
-///
 ///      protected:
 ///       void DoDataExchange(CDataExchange* exchange) override { DDX_Text(exchange, IDC_USER, m_user); }
 ///     };
-///
 ///     CLogOn dialog;
 ///     if (dialog.DoModal() == IDOK) { logOn(dialog.m_user.GetString()); }
 ///

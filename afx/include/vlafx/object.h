@@ -8,7 +8,7 @@ class CObject;
 
 /// What a class tells of itself. Two classes are the same if their records have the same address.
 struct CRuntimeClass {
-  const char* m_lpszClassName;
+  const char* m_lpszClassName;            ///< as the source has it
   int m_nObjectSize;                      ///< in bytes
   UINT m_wSchema;                         ///< 0xFFFF: objects of the class are not stored
   CObject* (*m_pfnCreateObject)();        ///< null: they are not made by name
@@ -21,10 +21,8 @@ struct CRuntimeClass {
 /// The record of a class that has one.
 #define RUNTIME_CLASS(class_name) (class_name::GetThisClass())
 
-/// In the class, and once in a source file, of a class derived from CObject: gives it a record.
-///
-///     class CLogOn : public CDialog { DECLARE_DYNAMIC(CLogOn) ... };
-///     IMPLEMENT_DYNAMIC(CLogOn, CDialog)
+/// Gives a class derived from CObject its record: DECLARE_DYNAMIC(CLogOn) stands first in the class, and
+/// IMPLEMENT_DYNAMIC(CLogOn, CDialog) in one source file.
 #define DECLARE_DYNAMIC(class_name)             \
  protected:                                     \
   static CRuntimeClass* _GetBaseClass();        \
@@ -34,6 +32,7 @@ struct CRuntimeClass {
   static CRuntimeClass* GetThisClass();         \
   CRuntimeClass* GetRuntimeClass() const override;
 
+/// The other half of DECLARE_DYNAMIC.
 #define IMPLEMENT_DYNAMIC(class_name, base_name)                                                                  \
   CRuntimeClass* class_name::_GetBaseClass() {                                                                    \
     return RUNTIME_CLASS(base_name);                                                                              \
@@ -50,7 +49,9 @@ struct CRuntimeClass {
 /// What a container can hold and delete without knowing more. Objects are not copied.
 class VLAFX_API CObject {
  public:
+  /// The record of this class, which is that of DECLARE_DYNAMIC in derived ones.
   static const CRuntimeClass classCObject;
+  /// Its address.
   static CRuntimeClass* GetThisClass();
   /// The record of the object's class, or of the next base that has one.
   virtual CRuntimeClass* GetRuntimeClass() const;
@@ -58,6 +59,7 @@ class VLAFX_API CObject {
   CObject(const CObject&) = delete;
   CObject& operator=(const CObject&) = delete;
 
+  /// Whether the object's class is that of `base`, or derived from it.
   bool IsKindOf(const CRuntimeClass* base) const { return GetRuntimeClass()->IsDerivedFrom(base); }
 
  protected:

@@ -15,6 +15,7 @@ class VLAFX_API CWnd : public CCmdTarget {
   CWnd() = default;
   ~CWnd() override;
 
+  /// Null while there is no window.
   HWND GetSafeHwnd() const { return m_hWnd; }
   /// Destroys the window, which ends with PostNcDestroy. FALSE without one, and where the platform refuses (last
   /// error).
