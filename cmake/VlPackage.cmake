@@ -49,7 +49,10 @@ if(WIN32)
     DESTINATION "${CMAKE_INSTALL_DATADIR}/vlhostkit/installer" OPTIONAL)
 endif()
 
-# What cpack makes of it: an archive for Windows, a Debian package elsewhere.
+# What cpack makes of it: an archive for Windows, a Debian package elsewhere. A project around this one has its own.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
+endif()
 set(CPACK_PACKAGE_NAME "${PROJECT_NAME}")
 set(CPACK_PACKAGE_VENDOR Velorin)
 set(CPACK_PACKAGE_CONTACT "The vlhostkit developers")
