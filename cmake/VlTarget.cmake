@@ -45,3 +45,20 @@ function(vl_shared_library_defaults target)
     endif()
   endif()
 endfunction()
+
+# For 32-bit programs the compiler ends the name of a WINAPI function in the size of its arguments ("MSIDeleteFile@4").
+# The named functions of a DLL, with one argument of that size, are exported without it, since installers look them up
+# by name, while the import library has the names that compilers ask for.
+function(vl_export_plain_names target)
+  if(NOT WIN32 OR NOT CMAKE_SIZEOF_VOID_P EQUAL 4)
+    return()
+  endif()
+  set(definitions "${CMAKE_CURRENT_BINARY_DIR}/${target}.def")
+  target_link_options(${target} PRIVATE -Wl,--kill-at "-Wl,--output-def,${definitions}")
+  list(JOIN ARGN "|" names)
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND sed -E -i "s/ = [^ ]*//; s/^( +(${names})) /\\1@4 /" "${definitions}"
+    COMMAND "${CMAKE_DLLTOOL}" -k --dllname $<TARGET_FILE_NAME:${target}> -d "${definitions}"
+            -l $<TARGET_LINKER_FILE:${target}>
+    VERBATIM)
+endfunction()

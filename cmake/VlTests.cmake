@@ -9,9 +9,20 @@
 #
 # runs such a program once more, under another environment (TZ=Australia/Sydney) or with some of its cases.
 #
-#   vl_add_check(<test-name> COMMAND <command>... [ENVIRONMENT <NAME=value>...])
+#   vl_add_check(<test-name> COMMAND <command>... [ENVIRONMENT <NAME=value>...] [SETS_UP <fixture>]
+#                [REQUIRES <fixture>] [SKIPPABLE] [FILES_ONLY])
 #
-# runs anything else as a test. All of them run in the build folder and are ended after two minutes.
+# runs anything else as a test. A SKIPPABLE one ends with 77 if it has nothing to run on; FILES_ONLY says that it runs
+# no program of the target.
+#
+# All of them run in the build folder and are ended after two minutes. Where nothing can run the target's programs,
+# they are built, and only the checks of files are registered.
+
+set(VL_PROGRAMS_RUN TRUE)
+if(WIN32 AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+  set(VL_PROGRAMS_RUN FALSE)
+  message(STATUS "No Wine for programs of this width: tests that run them are built and NOT registered")
+endif()
 
 set(VL_TEST_ENVIRONMENT)
 if(WIN32)
@@ -47,12 +58,14 @@ if(WIN32)
 
   # Wine's services live as long as their server, and inherit the output of the program that starts it, which ctest
   # would then wait for. So a fixture starts server and services without any, and ends them.
-  cmake_path(GET CMAKE_CROSSCOMPILING_EMULATOR PARENT_PATH vl_wine_folder)
-  add_test(NAME wine.start COMMAND sh "${PROJECT_SOURCE_DIR}/cmake/wine-start.sh" "${vl_wine_folder}")
-  add_test(NAME wine.stop COMMAND "${vl_wine_folder}/wineserver" -k)
-  set_tests_properties(wine.start wine.stop PROPERTIES ENVIRONMENT "${VL_TEST_ENVIRONMENT}" TIMEOUT 120)
-  set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine)
-  set_tests_properties(wine.stop PROPERTIES FIXTURES_CLEANUP wine)
+  if(VL_PROGRAMS_RUN)
+    cmake_path(GET CMAKE_CROSSCOMPILING_EMULATOR PARENT_PATH vl_wine_folder)
+    add_test(NAME wine.start COMMAND sh "${PROJECT_SOURCE_DIR}/cmake/wine-start.sh" ${CMAKE_CROSSCOMPILING_EMULATOR})
+    add_test(NAME wine.stop COMMAND "${vl_wine_folder}/wineserver" -k)
+    set_tests_properties(wine.start wine.stop PROPERTIES ENVIRONMENT "${VL_TEST_ENVIRONMENT}" TIMEOUT 120)
+    set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine)
+    set_tests_properties(wine.stop PROPERTIES FIXTURES_CLEANUP wine)
+  endif()
 else()
   find_package(GTest REQUIRED)
 endif()
@@ -62,7 +75,7 @@ function(vl_set_test_properties test environment)
     ENVIRONMENT "${VL_TEST_ENVIRONMENT};${environment}"
     WORKING_DIRECTORY "${PROJECT_BINARY_DIR}"
     TIMEOUT 120)
-  if(WIN32)
+  if(WIN32 AND VL_PROGRAMS_RUN)
     set_tests_properties(${test} PROPERTIES FIXTURES_REQUIRED wine)
   endif()
 endfunction()
@@ -72,6 +85,9 @@ function(vl_add_test_run test)
   set(arguments --gtest_output=xml:test-results/${test}.xml)
   if(ARG_FILTER)
     list(APPEND arguments "--gtest_filter=${ARG_FILTER}")
+  endif()
+  if(NOT VL_PROGRAMS_RUN)
+    return()
   endif()
   add_test(NAME ${test} COMMAND ${ARG_EXECUTABLE} ${arguments})
   vl_set_test_properties(${test} "${ARG_ENVIRONMENT}")
@@ -90,7 +106,19 @@ function(vl_add_test name)
 endfunction()
 
 function(vl_add_check test)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "COMMAND;ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "SKIPPABLE;FILES_ONLY" "SETS_UP;REQUIRES" "COMMAND;ENVIRONMENT")
+  if(NOT VL_PROGRAMS_RUN AND NOT ARG_FILES_ONLY)
+    return()
+  endif()
   add_test(NAME ${test} COMMAND ${ARG_COMMAND})
   vl_set_test_properties(${test} "${ARG_ENVIRONMENT}")
+  if(ARG_SETS_UP)
+    set_tests_properties(${test} PROPERTIES FIXTURES_SETUP ${ARG_SETS_UP})
+  endif()
+  if(ARG_REQUIRES)
+    set_property(TEST ${test} APPEND PROPERTY FIXTURES_REQUIRED ${ARG_REQUIRES})
+  endif()
+  if(ARG_SKIPPABLE)
+    set_tests_properties(${test} PROPERTIES SKIP_RETURN_CODE 77)
+  endif()
 endfunction()

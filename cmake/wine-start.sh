@@ -1,15 +1,16 @@
 #!/bin/sh
-# wine-start.sh FOLDER: starts the server and the services of the prefix in WINEPREFIX, with Wine's programs in FOLDER.
+# wine-start.sh LOADER: starts the server and the services of the prefix in WINEPREFIX, with Wine's loader and the server
+# beside it.
 # They live on and would keep the output open that they inherit, so they get none.
 exec >/dev/null 2>&1 </dev/null
-wine=$1
+wine=$1 server=${1%/*}/wineserver
 mkdir -p "$WINEPREFIX"
 # With the null driver windows are made without a display. It is chosen when a server's first window is made.
 if ! grep -q '^"Graphics"="null"' "$WINEPREFIX/user.reg"; then
-  "$wine/wineserver" -p
-  "$wine/wine64" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
-  "$wine/wineserver" -k
-  "$wine/wineserver" -w
+  "$server" -p
+  "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
+  "$server" -k
+  "$server" -w
 fi
-"$wine/wineserver" -p
-exec "$wine/wine64" wineboot -i
+"$server" -p
+exec "$wine" wineboot -i

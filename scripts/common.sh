@@ -17,6 +17,7 @@ die() {
 }
 
 have_windows() { [[ -x $wine_loader ]] && command -v x86_64-w64-mingw32-g++-posix >/dev/null; }
+have_x86() { command -v i686-w64-mingw32-g++-posix >/dev/null; }
 
 # quietly LOG COMMAND...: the command's output goes to LOG, and is shown if the command fails.
 quietly() {

@@ -4,6 +4,8 @@
 #   setup.sh            everything for both targets
 #   setup.sh --native   without the cross compiler and Wine
 #   setup.sh --dev      in addition the tools of the fuzzers, the linters and the reference
+#   setup.sh --x86      in addition the compiler for 32-bit Windows programs, and Wine for them where the machine takes
+#                       i386 packages (dpkg --add-architecture i386)
 #
 # Needs root only if something is missing. Where the Windows packages can't be installed, this says so and succeeds,
 # since the native target works without them; with CI set it fails.
@@ -14,13 +16,20 @@ native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
 sample=(wixl)  # builds the sample installer; its test is skipped without
 dev=(clang clang-format clang-tidy libclang-rt-14-dev doxygen)
+x86=()
 
 for argument in "$@"; do
   case $argument in
     --native) windows=() sample=() ;;
     --dev) native+=("${dev[@]}") ;;
+    --x86)
+      x86=(g++-mingw-w64-i686-posix)
+      if dpkg --print-foreign-architectures 2>/dev/null | grep -qx i386; then
+        x86+=(wine32)
+      fi
+      ;;
     *)
-      echo "usage: setup.sh [--native] [--dev]" >&2
+      echo "usage: setup.sh [--native] [--dev] [--x86]" >&2
       exit 2
       ;;
   esac
@@ -36,7 +45,8 @@ while read -r package status; do
   if [[ $status == installed ]]; then
     installed[$package]=1
   fi
-done < <(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "${native[@]}" "${windows[@]}" "${sample[@]}" 2>/dev/null || true)
+done < <(dpkg-query -W -f='${Package} ${db:Status-Status}\n' "${native[@]}" "${windows[@]}" "${sample[@]}" "${x86[@]}" \
+  2>/dev/null || true)
 
 missing() {
   local package
@@ -49,7 +59,8 @@ missing() {
 mapfile -t missing_native < <(missing "${native[@]}")
 mapfile -t missing_windows < <(missing "${windows[@]}")
 mapfile -t missing_sample < <(missing "${sample[@]}")
-if ((${#missing_native[@]} + ${#missing_windows[@]} + ${#missing_sample[@]} == 0)); then
+mapfile -t missing_x86 < <(missing "${x86[@]}")
+if ((${#missing_native[@]} + ${#missing_windows[@]} + ${#missing_sample[@]} + ${#missing_x86[@]} == 0)); then
   exit 0
 fi
 
@@ -72,7 +83,8 @@ install() {
     updated=1
   fi
   echo "setup: installing $* (takes a while)" >&2
-  if ! "${apt[@]}" install -y --no-install-recommends "$@" >>"$log" 2>&1 </dev/null; then
+  # Nothing may go for it: i386 packages that lag behind the machine's own would take the 64-bit Wine away.
+  if ! "${apt[@]}" install -y --no-install-recommends --no-remove "$@" >>"$log" 2>&1 </dev/null; then
     tail -n 20 "$log" >&2
     echo "setup: could not install $* (the end of apt-get's output is above; is there a network?)" >&2
     return 1
@@ -95,3 +107,6 @@ fi
 if ((${#missing_sample[@]} != 0)); then
   install "${missing_sample[@]}" || echo "setup: the sample installer will not be built" >&2
 fi
+for package in "${missing_x86[@]}"; do
+  install "$package" || echo "setup: 32-bit Windows programs can't be built, or not be run here" >&2
+done

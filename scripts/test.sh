@@ -5,6 +5,7 @@
 #   test.sh --native        native only
 #   test.sh --sanitizers    in addition native with AddressSanitizer and UndefinedBehaviorSanitizer, and with
 #                           ThreadSanitizer
+#   test.sh --x86           in addition Windows for 32-bit programs, whose tests run where Wine is there for them
 #
 # Counted are the test cases of the GoogleTest programs, and each other test once. A program that crashes, hangs or
 # leaks counts as one failure, and so does a build that fails. Where Wine is missing and can't be installed, only the
@@ -14,6 +15,7 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 windows=1
+x86=
 presets=(native)
 setup=()
 for argument in "$@"; do
@@ -23,7 +25,11 @@ for argument in "$@"; do
       setup+=(--native)
       ;;
     --sanitizers) presets+=(native-asan native-tsan) ;;
-    *) die "usage: test.sh [--native] [--sanitizers]" ;;
+    --x86)
+      x86=1
+      setup+=(--x86)
+      ;;
+    *) die "usage: test.sh [--native] [--sanitizers] [--x86]" ;;
   esac
 done
 
@@ -41,6 +47,14 @@ if [[ -n $windows ]]; then
     if [[ -n ${CI:-} ]]; then
       failed=1
     fi
+  fi
+fi
+
+if [[ -n $x86 ]]; then
+  if have_x86; then
+    presets+=(windows-x86)
+  else
+    say "*** No cross compiler for 32-bit programs: the target windows-x86 is NOT tested. ***"
   fi
 fi
 

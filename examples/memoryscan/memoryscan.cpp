@@ -54,7 +54,7 @@ bool isWinesTracePage(std::uintptr_t begin, std::uintptr_t end, std::uintptr_t& 
 #else
   __asm__("movl %%fs:0x18, %0" : "=r"(environment));
 #endif
-  page = environment + 0x3000;
+  page = environment + (sizeof environment == 8 ? 0x3000 : 0x1000);
   return wine && begin <= page && page + 0x1000 <= end;
 }
 
@@ -250,11 +250,15 @@ ScanResult scanDeadStack(const Secret& secret) {
   return result;
 }
 
-[[gnu::noinline]] __attribute__((no_sanitize("address", "thread", "undefined"))) void scrubDeadStack() {
+#ifdef __i386__
+__attribute__((target("sse2")))  // so that the compiler knows of the registers, which the platform's moves use anyway
+#endif
+[[gnu::noinline]] __attribute__((no_sanitize("address", "thread", "undefined"))) void
+scrubDeadStack() {
   unsigned char area[256 * 1024];
   std::memset(area, 0, sizeof area);
   __asm__ __volatile__("" : : "r"(area) : "memory");
-#ifdef __x86_64__
+#if defined(__x86_64__) || defined(__i386__)
   // The ones that no callee preserves, and that moves of text go through.
   __asm__ __volatile__(
       "pxor %%xmm0, %%xmm0\n\tpxor %%xmm1, %%xmm1\n\tpxor %%xmm2, %%xmm2\n\t"
@@ -262,7 +266,15 @@ ScanResult scanDeadStack(const Secret& secret) {
       :
       :
       : "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5");
-#ifndef _WIN32
+#ifdef __i386__
+  // Ones, since what is saved on the way into the system leaves out registers that are all zero, and older text stays.
+  __asm__ __volatile__(
+      "pcmpeqd %%xmm0, %%xmm0\n\tpcmpeqd %%xmm1, %%xmm1\n\tpcmpeqd %%xmm2, %%xmm2\n\tpcmpeqd %%xmm3, %%xmm3\n\t"
+      "pcmpeqd %%xmm4, %%xmm4\n\tpcmpeqd %%xmm5, %%xmm5\n\tpcmpeqd %%xmm6, %%xmm6\n\tpcmpeqd %%xmm7, %%xmm7"
+      :
+      :
+      : "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7");
+#elif !defined(_WIN32)
   __asm__ __volatile__(
       "pxor %%xmm6, %%xmm6\n\tpxor %%xmm7, %%xmm7\n\tpxor %%xmm8, %%xmm8\n\tpxor %%xmm9, %%xmm9\n\t"
       "pxor %%xmm10, %%xmm10\n\tpxor %%xmm11, %%xmm11\n\tpxor %%xmm12, %%xmm12\n\tpxor %%xmm13, %%xmm13\n\t"
@@ -274,7 +286,7 @@ ScanResult scanDeadStack(const Secret& secret) {
   if (__builtin_cpu_supports("avx")) {
     __asm__ __volatile__("vzeroupper");
   }
-#ifndef _WIN32
+#if defined(__x86_64__) && !defined(_WIN32)
   if (__builtin_cpu_supports("avx512f")) {
     __asm__ __volatile__(
         "vpxorq %zmm16, %zmm16, %zmm16\n\tvpxorq %zmm17, %zmm17, %zmm17\n\tvpxorq %zmm18, %zmm18, %zmm18\n\t"

@@ -1,9 +1,28 @@
 #!/bin/sh
-# check.sh SETTINGS STEP: installs the build, or builds and runs the consumer from what was installed.
+# check.sh SETTINGS ORIGIN STEP: makes the ORIGIN, which is an installation (install) or the unpacked package (package),
+# or builds and runs the consumer from it.
 # shellcheck disable=SC1090,SC2154  # The settings are variables.
 set -eu
 . "$1"
-step=$2
+origin=$2 step=$3
+work=$work/$origin
+prefix=$work/prefix
+
+# Leaves in $prefix what is in the package that cpack makes.
+unpack() {
+  "$cpack" --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" || {
+    cat "$work/cpack.log"
+    return 1
+  }
+  if [ -n "$suffix" ]; then
+    cd "$work"
+    "$cmake" -E tar xf packages/*.zip
+    mv vlhostkit-* "$prefix"
+  else
+    dpkg-deb -x "$work"/packages/*.deb "$work/root"
+    mv "$work/root/usr" "$prefix"
+  fi
+}
 
 # Runs the consumer with the libraries of the installation, and makes sure that it does not run without them.
 run() {
@@ -27,9 +46,24 @@ run() {
 }
 
 case $step in
-  install)
-    rm -rf "$prefix"
-    "$cmake" --install "$build" --prefix "$prefix" >/dev/null
+  make)
+    rm -rf "$work"
+    mkdir -p "$work"
+    if [ "$origin" = install ]; then
+      "$cmake" --install "$build" --prefix "$prefix" >/dev/null
+      where=$prefix/$lib/cmake
+    else
+      unpack
+      where=$prefix  # stripped, so that the programs don't name folders either
+    fi
+    for file in "$prefix/$lib/cmake/vlhostkit/vlhostkitConfig.cmake" "$prefix/$lib/pkgconfig/vlhostkit.pc" \
+      "$prefix/include/vlhostkit/vlhostkit.h" "$prefix/share/doc/vlhostkit/README.md"; do
+      test -f "$file"
+    done
+    if grep -r -l -F -e "$build" -e "$top" "$where"; then
+      echo "These files name folders of the build."
+      exit 1
+    fi
     ;;
   find_package)
     folder=$work/find_package

@@ -85,6 +85,12 @@ expect("a key with subkeys" CODE 1 ARGS reg delete ${key} ERR "${at_key}: ${refu
 expect("what lies below" CODE 0 ARGS reg delete ${key} --children-only OUT "${key}: all subkeys deleted\n")
 expect("a key" CODE 0 ARGS reg delete ${key} OUT "${key}: deleted\n")
 expect("nothing is left" CODE 1 ARGS reg list ${key} ERR "${at_key}: ${none}")
-foreach(left IN ITEMS "${view_key}" "${narrow_key}")
+# A key is deleted in the program's own view, whatever the call says.
+if(POINTER_BYTES EQUAL 4)
+  set(views "${view_key}")
+else()
+  set(views "${view_key}" "${narrow_key}")
+endif()
+foreach(left IN LISTS views)
   expect("clean up ${left}" CODE 0 ARGS reg delete ${left} --recursive --view 64 OUT "${left}: deleted\n")
 endforeach()

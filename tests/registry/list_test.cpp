@@ -76,10 +76,10 @@ TEST_P(List, WalksUpToTheMaximum) {
 }
 
 TEST_P(List, ListsTheViewThatIsAskedFor) {
-  add(L"x", KEY_WOW64_64KEY);
-  add(L"y", KEY_WOW64_32KEY);
+  add(L"x", support::kOwnView);
+  add(L"y", support::kOtherView);
   for (const DWORD section : kSections) {
-    EXPECT_EQ(list(4, true, section), section == KEY_WOW64_32KEY ? L"y,-,-,-,1" : L"x,-,-,-,1");
+    EXPECT_EQ(list(4, true, section), section == support::kOtherView ? L"y,-,-,-,1" : L"x,-,-,-,1");
   }
   log.take();
   int count = 4;

@@ -108,9 +108,9 @@ TEST_P(Read, RefusesArguments) {
 }
 
 TEST_P(Read, ReadsTheViewThatIsAskedForToAnyAddress) {
-  Key::create(key, KEY_WOW64_64KEY).set(value, reader.type, reader.stored);
-  const Key key32 = Key::create(key, KEY_WOW64_32KEY);
-  for (const DWORD section : {DWORD{0}, DWORD{KEY_WOW64_64KEY}}) {
+  Key::create(key, support::kOwnView).set(value, reader.type, reader.stored);
+  const Key other = Key::create(key, support::kOtherView);
+  for (const DWORD section : {DWORD{0}, support::kOwnView}) {
     for (const std::size_t offset : {std::size_t{0}, std::size_t{1}}) {
       buffer.refill();
       expectRead(0, returned, buffer.data() + offset, 40, size, section);
@@ -118,10 +118,10 @@ TEST_P(Read, ReadsTheViewThatIsAskedForToAnyAddress) {
       EXPECT_TRUE(buffer.untouched(offset + size));
     }
   }
-  expectRead(-1, queryFailed + L"2", buffer.data(), 40, 40, KEY_WOW64_32KEY);
-  key32.set(nullptr, reader.type, reader.stored);
+  expectRead(-1, queryFailed + L"2", buffer.data(), 40, 40, support::kOtherView);
+  other.set(nullptr, reader.type, reader.stored);
   value = nullptr;
-  expectRead(0, returned, buffer.data(), size, size, KEY_WOW64_32KEY);
+  expectRead(0, returned, buffer.data(), size, size, support::kOtherView);
 }
 
 TEST_P(Read, TellsTheSizeInBytesAndFailsOnABufferThatIsTooSmall) {
@@ -192,9 +192,9 @@ TEST_F(ReadForms, WithoutSuffixAreTheWideFunction) {
     EXPECT_EQ(plain(kRoot, here.c_str(), L"v", arguments...), 0);
     const auto records = log.take();
     EXPECT_EQ(records.front().text, name);
-    EXPECT_EQ(ex(kRoot, here.c_str(), L"v", arguments..., DWORD{KEY_WOW64_64KEY}), 0);
+    EXPECT_EQ(ex(kRoot, here.c_str(), L"v", arguments..., support::kOwnView), 0);
     EXPECT_TRUE(log.was(records));
-    EXPECT_EQ(ex(kRoot, here.c_str(), L"v", arguments..., DWORD{KEY_WOW64_32KEY}), -1);  // there is no such key
+    EXPECT_EQ(ex(kRoot, here.c_str(), L"v", arguments..., support::kOtherView), -1);  // there is no such key
     log.take();
   };
   auto* const number = reinterpret_cast<DWORD*>(data);

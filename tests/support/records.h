@@ -48,7 +48,8 @@ inline std::wstring inParentheses(int number) {
 }
 inline std::wstring pointer(const void* value) {
   wchar_t digits[24];
-  std::swprintf(digits, 24, L"%016llX", static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(value)));
+  std::swprintf(digits, 24, L"%0*llX", static_cast<int>(2 * sizeof value),
+                static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(value)));
   return digits;
 }
 

@@ -14,6 +14,10 @@
 
 namespace support {
 
+/// The view that this program sees without asking for one, and the other.
+inline constexpr DWORD kOwnView = sizeof(void*) == 4 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+inline constexpr DWORD kOtherView = sizeof(void*) == 4 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+
 using Bytes = std::vector<BYTE>;
 
 /// The bytes of a text, with the terminators that are written in it.
