@@ -17,6 +17,12 @@ void endException() {
   }
 }
 
+// Messages whose answer the platform takes from the dialog procedure itself.
+bool isAnsweredDirectly(UINT message) {
+  return (message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC) || message == WM_COMPAREITEM ||
+         message == WM_VKEYTOITEM || message == WM_CHARTOITEM || message == WM_QUERYDRAGICON;
+}
+
 }  // namespace
 
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
@@ -46,12 +52,19 @@ INT_PTR CDialog::DoModal() {
   if (m_hWnd != nullptr) {
     return -1;
   }
-  run_ = Run::modal;
-  const INT_PTR result = DialogBoxParamW(AfxFindDialogResourceHandle(template_), template_,
-                                         parent_ != nullptr ? parent_->GetSafeHwnd() : nullptr, &CDialog::procedure,
-                                         reinterpret_cast<LPARAM>(this));
+  Run run{.modal = true};
+  run_ = &run;
+  INT_PTR result = DialogBoxParamW(AfxFindDialogResourceHandle(template_), template_,
+                                   parent_ != nullptr ? parent_->GetSafeHwnd() : nullptr, &CDialog::procedure,
+                                   reinterpret_cast<LPARAM>(this));
+  run_ = nullptr;
   m_hWnd = nullptr;
-  passFailureOn();
+  if (run.failure != nullptr) {
+    std::rethrow_exception(run.failure);
+  }
+  if (result == IDOK && !run.ended) {
+    result = IDCANCEL;  // what the platform gives when the thread is asked to quit
+  }
   return result;
 }
 
@@ -59,19 +72,21 @@ BOOL CDialog::Create(const wchar_t* templateName, CWnd* parent) {
   if (m_hWnd != nullptr) {
     return FALSE;
   }
-  run_ = Run::creation;
+  Run run;
+  run_ = &run;
   const HWND window = CreateDialogParamW(AfxFindDialogResourceHandle(templateName), templateName,
                                          parent != nullptr ? parent->GetSafeHwnd() : nullptr, &CDialog::procedure,
                                          reinterpret_cast<LPARAM>(this));
-  if (window == nullptr && failure_ == nullptr) {
-    return FALSE;
+  if ((run.failure != nullptr || run.ended) && !run.gone && window != nullptr) {
+    ::DestroyWindow(window);
   }
-  if (failure_ != nullptr) {
-    DestroyWindow();
-    passFailureOn();
+  if (!run.gone) {  // an object may delete itself with its window
+    run_ = nullptr;
   }
-  run_ = Run::modeless;
-  return TRUE;
+  if (run.failure != nullptr) {
+    std::rethrow_exception(run.failure);
+  }
+  return window != nullptr && !run.gone;
 }
 
 BOOL CDialog::Create(UINT templateId, CWnd* parent) {
@@ -88,6 +103,9 @@ BOOL CDialog::OnInitDialog() {
 
 void CDialog::EndDialog(int result) {
   if (m_hWnd != nullptr) {
+    if (run_ != nullptr) {
+      run_->ended = true;
+    }
     ::EndDialog(m_hWnd, result);
   }
 }
@@ -113,14 +131,15 @@ INT_PTR CALLBACK CDialog::procedure(HWND window, UINT message, WPARAM first, LPA
   if (message == WM_INITDIALOG) {
     dialog->m_hWnd = window;
   }
-  const bool modeless = dialog->run_ == Run::modeless;  // then a handler may delete the object
+  Run* const run = dialog->run_;  // a handler may delete the object of a modeless dialog
   try {
     return dialog->handle(window, message, first, second);
   } catch (...) {
-    if (modeless) {
+    if (run == nullptr || run->failure != nullptr) {
       endException();
     } else {
-      dialog->cancel();
+      run->failure = std::current_exception();
+      cancel(window, *run);
     }
     return FALSE;
   }
@@ -133,6 +152,9 @@ INT_PTR CDialog::handle(HWND window, UINT message, WPARAM first, LPARAM second) 
   if (message == WM_NCDESTROY) {
     SetWindowLongPtrW(window, DWLP_USER, 0);
     m_hWnd = nullptr;
+    if (Run* const run = std::exchange(run_, nullptr)) {
+      run->gone = true;
+    }
     PostNcDestroy();
     return FALSE;
   }
@@ -140,26 +162,22 @@ INT_PTR CDialog::handle(HWND window, UINT message, WPARAM first, LPARAM second) 
   if (!OnWndMsg(message, first, second, &result)) {
     return FALSE;
   }
+  if (isAnsweredDirectly(message)) {
+    return static_cast<INT_PTR>(result);
+  }
   SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
   return TRUE;
 }
 
-void CDialog::cancel() {
-  if (failure_ != nullptr) {
-    endException();
-    return;
-  }
-  failure_ = std::current_exception();
+void CDialog::cancel(HWND window, const Run& run) {
   try {
-    OnCancel();
+    if (auto* const dialog = reinterpret_cast<CDialog*>(GetWindowLongPtrW(window, DWLP_USER))) {
+      dialog->OnCancel();
+    }
   } catch (...) {
     endException();
   }
-  EndDialog(-1);
-}
-
-void CDialog::passFailureOn() {
-  if (failure_ != nullptr) {
-    std::rethrow_exception(std::exchange(failure_, nullptr));
+  if (run.modal && !run.gone) {
+    ::EndDialog(window, -1);
   }
 }

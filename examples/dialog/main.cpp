@@ -1,5 +1,6 @@
 // logon [USER]: shows the log-on dialog, and says what came of it without showing the password.
 #include <cstdio>
+#include <exception>
 
 #include <vlafx/exceptions.h>
 
@@ -40,7 +41,8 @@ int main(int argc, char** argv) {
     return logOn(argc > 1 ? argv[1] : "");
   } catch (CException* exception) {
     exception->Delete();
-    std::fputs("logon: the dialog failed\n", stderr);
-    return 2;
+  } catch (const std::exception&) {
   }
+  std::fputs("logon: the dialog failed\n", stderr);
+  return 2;
 }

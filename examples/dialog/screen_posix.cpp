@@ -31,13 +31,17 @@ const std::vector<ControlTemplate> kControls = {
     {L"Button", IDCANCEL, L"Cancel", WS_TABSTOP},
 };
 
-// Keeps what is typed off the screen while it lives, if standard input is a terminal.
+constexpr char kInterrupt = 3;
+
+// Keeps what is typed off the screen while it lives, if standard input is a terminal. The interrupt key ends a line
+// then, as the program could not put the terminal right if it ended here.
 class NoEcho {
  public:
   explicit NoEcho(bool wanted) : changed_(wanted && tcgetattr(STDIN_FILENO, &before_) == 0) {
     if (changed_) {
       termios silent = before_;
-      silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+      silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
+      silent.c_cc[VEOL] = kInterrupt;
       tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
     }
   }
@@ -55,7 +59,7 @@ class NoEcho {
   bool changed_;
 };
 
-// Bytes of a line without its end; wiped when they go. None at the end of input.
+// Bytes of a line without its end; wiped when they go. None at the end of input, or for the interrupt key.
 using Line = std::vector<char, VL::Framework::secallocator<char>>;
 
 // Byte by byte: the C library's buffers would keep a copy.
@@ -64,6 +68,9 @@ std::optional<Line> readLine() {
   for (char byte = 0;;) {
     if (read(STDIN_FILENO, &byte, 1) != 1) {
       return line.empty() ? std::nullopt : std::optional(std::move(line));
+    }
+    if (byte == kInterrupt) {
+      return std::nullopt;
     }
     if (byte == '\n') {
       return line;

@@ -24,10 +24,11 @@
 /// A function DDX_Text for other types is reached as ::DDX_Text in there. docs/secrets.md tells what a control's own
 /// memory can hold for all that.
 ///
-/// Each member leaves a record with its name on entry and one on exit, but for the case told at OnOK, and without the
-/// exit record where an exception passes. Exceptions of CSecStr, of memory and of the framework pass; temporary copies
-/// are wiped then, too. CDialog cancels the dialog then, which blanks the controls. All members run on the thread of
-/// the dialog.
+/// What a dialog does (OnInitDialogSecure, EndDialog, DestroyWindow, OnOK, OnCancel, DDX_Text) leaves a record with its
+/// name on entry and one on exit, but for the case told at OnOK, and without the exit record where an exception passes.
+/// Exceptions of CSecStr, of memory and of the framework pass; temporary copies are wiped then, too. CDialog cancels a
+/// modal dialog then, which blanks its controls unless that exchange fails, too. All members run on the thread of the
+/// dialog.
 class VLHOSTKIT_API CSecureDialog : public CDialog {
   DECLARE_DYNAMIC(CSecureDialog)
   DECLARE_MESSAGE_MAP()
@@ -53,7 +54,8 @@ class VLHOSTKIT_API CSecureDialog : public CDialog {
   /// is overwritten to its own length only, and a second run shows no text. A dialog whose first exchange fails ends
   /// with -1.
   virtual void OnInitDialogSecure();
-  /// Blanks the secure controls by an exchange that shows no text, then ends the dialog with `result`.
+  /// Blanks the secure controls by an exchange that shows no text, then ends the dialog with `result`. It hides
+  /// CDialog::EndDialog, which blanks nothing: don't call it through a CDialog*.
   virtual void EndDialog(int result);
 
  protected:

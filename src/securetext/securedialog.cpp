@@ -32,7 +32,7 @@ void blankToItsLength(HWND control) {
   const int length = GetWindowTextLengthW(control);
   wchar_t* const text = blank.GetBuffer(length + 1);
   GetWindowTextW(control, text, length + 1);
-  std::fill_n(text, length, L' ');  // whatever was read, should it be less than the length
+  std::fill_n(text, length, L' ');  // whatever was read, should it be less than that
   blank.ReleaseBuffer(length);
   SetWindowTextW(control, blank);
 }
@@ -93,7 +93,9 @@ void CSecureDialog::DDX_Text(CDataExchange* exchange, int id, CSecStr& value) {
   if (exchange->m_bSaveAndValidate) {
     value.Empty();
     const int length = GetWindowTextLengthW(control);
-    GetWindowTextW(control, value.GetBuffer(length + 1), length + 1);
+    wchar_t* const text = value.GetBuffer(length + 1);
+    std::fill_n(text, length + 1, L'\0');  // should the control give less
+    GetWindowTextW(control, text, length + 1);
     value.ReleaseBuffer(length);
   } else {
     if (m_bFirstExchange) {

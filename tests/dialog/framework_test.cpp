@@ -174,6 +174,45 @@ TEST_F(Framework, ExceptionsOfHandlers) {
   EXPECT_NE(form.m_hWnd, nullptr);
 }
 
+// Whatever OnInitDialog does to it: nothing is left of it, and an object that deletes itself is not touched again.
+TEST_F(Framework, ModelessDialogThatEndsAtItsBeginning) {
+  const auto create = [](const std::function<void(Form*)>& atBeginning) {
+    bool gone = false;
+    auto* const form = new Form;
+    form->endsItself = true;
+    form->gone = &gone;
+    form->onInit = [=] { atBeginning(form); };
+    BOOL made = TRUE;
+    try {
+      made = form->Create(IDD_LOG_ON);
+    } catch (const std::runtime_error&) {
+      made = FALSE;
+    }
+    EXPECT_FALSE(made);
+    EXPECT_TRUE(gone);
+  };
+  create([](Form*) { throw std::runtime_error("at the beginning"); });
+  create([](Form* form) { form->EndDialog(5); });
+  create([](Form* form) {
+    form->DestroyWindow();
+    throw std::runtime_error("and then");
+  });
+}
+
+TEST_F(Framework, ThreadThatIsAskedToQuit) {
+  struct Waiting : CDialog {
+    Waiting() : CDialog(L"NAMED") {}
+    BOOL OnInitDialog() override {
+      PostQuitMessage(7);
+      return CDialog::OnInitDialog();
+    }
+  } waiting;
+  EXPECT_EQ(waiting.DoModal(), IDCANCEL);
+  MSG message;
+  EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0)) << "it is asked again";
+  EXPECT_EQ(message.wParam, 7u);
+}
+
 TEST_F(Framework, ControlThatIsNotThere) {
   struct Wrong : Driven<CDialog> {
     Wrong() : Driven(L"NAMED") {}

@@ -61,7 +61,8 @@ struct AFX_MSGMAP {
 #define ON_BN_CLICKED(id, member) ON_CONTROL(BN_CLICKED, id, member)
 /// A change that the user made in an edit control.
 #define ON_EN_CHANGE(id, member) ON_CONTROL(EN_CHANGE, id, member)
-/// Any other message, `LRESULT OnFoo(WPARAM, LPARAM)`.
+/// Any other message, `LRESULT OnFoo(WPARAM, LPARAM)`; but WM_INITDIALOG and WM_NCDESTROY, which have members of their
+/// own (CDialog::OnInitDialog, CWnd::PostNcDestroy).
 #define ON_MESSAGE(message, member)                                        \
   {message, 0, 0, 0, [](CCmdTarget* target, WPARAM first, LPARAM second) { \
      return (static_cast<ThisClass*>(target)->member)(first, second);      \

@@ -26,10 +26,16 @@ using DLGPROC = INT_PTR(CALLBACK*)(HWND dialog, UINT message, WPARAM wParam, LPA
 #define WM_GETTEXT 0x000Du
 #define WM_GETTEXTLENGTH 0x000Eu
 #define WM_CLOSE 0x0010u
+#define WM_VKEYTOITEM 0x002Eu
+#define WM_CHARTOITEM 0x002Fu
+#define WM_QUERYDRAGICON 0x0037u
+#define WM_COMPAREITEM 0x0039u
 #define WM_NCDESTROY 0x0082u
 #define WM_CHAR 0x0102u
 #define WM_INITDIALOG 0x0110u
 #define WM_COMMAND 0x0111u
+#define WM_CTLCOLORMSGBOX 0x0132u
+#define WM_CTLCOLORSTATIC 0x0138u
 #define EM_GETSEL 0x00B0u
 #define EM_SETSEL 0x00B1u
 #define EM_LIMITTEXT 0x00C5u
@@ -67,7 +73,7 @@ extern "C" {
 /// Makes the dialog that `name` stands for in the module (null: the program) with its controls in the template's order,
 /// sends WM_INITDIALOG with the first control that has WS_TABSTOP, or else the first one, and with `parameter`, and
 /// gives that control the focus, all its text selected, if the procedure gives TRUE. `owner` may be null; a control
-/// stands for its dialog. An owner takes its dialogs with it when it is destroyed.
+/// stands for its dialog. An owner takes its thread's dialogs with it when it is destroyed.
 ///
 /// Null on failure: no template (see FindResourceW), ERROR_INVALID_WINDOW_HANDLE for a stale owner or if the procedure
 /// destroyed the dialog meanwhile, ERROR_CANNOT_FIND_WND_CLASS for an unknown kind of control.

@@ -98,7 +98,12 @@ bool dispatchNext(MessageQueue& queue, HWND dialog) {
 
 INT_PTR run(const DialogPointer& dialog) {
   MessageQueue& queue = machine().messages().own();
-  while (dialog->open && !dialog->ended && dispatchNext(queue, dialog->handle)) {
+  try {
+    while (dialog->open && !dialog->ended && dispatchNext(queue, dialog->handle)) {
+    }
+  } catch (...) {  // of the user
+    destroy(dialog);
+    throw;
   }
   if (!dialog->open) {
     return 0;

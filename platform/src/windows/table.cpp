@@ -35,6 +35,9 @@ OfThread& ofThread() {
 void close(Window& window) {
   const OwnAllocations own;
   window.open = false;
+  if (ofThread().focus == window.handle) {
+    ofThread().focus = nullptr;
+  }
   table().close(window.handle);
   // Nobody can post to it any more.
   machine().messages().own().drop(window.handle);
