@@ -56,6 +56,23 @@ inline void put(const wchar_t* path, const std::wstring& name, const std::wstrin
   Key::create(path).set(name.c_str(), REG_SZ, terminated(data));
 }
 
+#ifndef _WIN32
+/// Describes a user of a domain who is logged on, and whose names all caches know.
+inline void describeUser() {
+  vlplatform::Machine& machine = vlplatform::machine();
+  machine.accounts().addDomain(L"CORP", L"S-1-5-21-11-22-33");
+  machine.accounts().addUser(L"CORP", L"Quetzalcoatl", 1104);
+  machine.accounts().setProcessUser(L"CORP\\Quetzalcoatl");
+  machine.sessions().setUser(L"CORP", L"Quetzalcoatl");
+  machine.network().setAlive(true);
+  machine.network().addPrincipal(L"Quetzalcoatl@corp.example", L"CORP\\Quetzalcoatl");
+  put(kOwnCache, L"corp.example", L"CORP");
+  put(kSystemCache, L"CORP", L"corp.example");
+  put(kUserCache, L"Quetzalcoatl.CORP", kSid);
+  put(kProfile, L"ProfileImagePath", L"C:\\Users\\Xolotl");
+}
+#endif
+
 class Accounts : public MachineTest {
  protected:
   void SetUp() override {

@@ -78,21 +78,28 @@ class Driven : public Base {
   std::size_t step_ = 0;
 };
 
+#ifndef _WIN32
+/// Gives the machine the dialogs of the resource script.
+inline void describeDialogs() {
+  vlplatform::machine().windows().setDialog(nullptr, IDD_LOG_ON,
+                                            {L"Log on",
+                                             {{L"Edit", IDC_USER, L"", 0},
+                                              {L"Edit", IDC_PASSWORD, L"", ES_PASSWORD},
+                                              {L"Edit", IDC_SECOND, L"", ES_PASSWORD},
+                                              {L"Button", IDOK, L"OK", 0},
+                                              {L"Button", IDCANCEL, L"Cancel", 0},
+                                              {L"Button", IDC_CLEAR, L"Clear", 0}}});
+  vlplatform::machine().windows().setDialog(nullptr, L"NAMED", {L"By name", {{L"Edit", IDC_USER, L"", 0}}});
+}
+#endif
+
 /// With the dialogs of the resource script, on both targets.
 class DialogTest : public support::MachineTest {
  protected:
 #ifndef _WIN32
   void SetUp() override {
     MachineTest::SetUp();
-    machine().windows().setDialog(nullptr, IDD_LOG_ON,
-                                  {L"Log on",
-                                   {{L"Edit", IDC_USER, L"", 0},
-                                    {L"Edit", IDC_PASSWORD, L"", ES_PASSWORD},
-                                    {L"Edit", IDC_SECOND, L"", ES_PASSWORD},
-                                    {L"Button", IDOK, L"OK", 0},
-                                    {L"Button", IDCANCEL, L"Cancel", 0},
-                                    {L"Button", IDC_CLEAR, L"Clear", 0}}});
-    machine().windows().setDialog(nullptr, L"NAMED", {L"By name", {{L"Edit", IDC_USER, L"", 0}}});
+    describeDialogs();
   }
 #endif
 };

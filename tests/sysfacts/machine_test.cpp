@@ -1,9 +1,7 @@
-// Drives that are made up, and platform calls and allocations that fail. Native only.
+// Drives that are made up, and memory that is not there. Native only.
 #include <cstdlib>
-#include <functional>
 
 #include <support/allocfault.h>
-#include <support/faultsweep.h>
 
 #include "forms.h"
 
@@ -69,72 +67,6 @@ TEST_F(OnMachine, WhatChangesBetweenTwoCallsIsRefusedWithTheNumberThatIsThere) {
   DWORD chars = 16;
   EXPECT_EQ(vlSysGetSystemDriveW(buffer, &chars), 0);
   EXPECT_STREQ(buffer, L"X:");
-}
-
-// The operations, each with the number of platform calls that can fail it.
-struct Operation {
-  std::string name;
-  int decisive;
-  std::function<DWORD()> call;
-};
-
-template <class Width>
-std::vector<Operation> operations() {
-  using Char = typename Width::Char;
-  const auto drive = [](auto function) {
-    return [function] {
-      GuardedBuffer<Char> buffer(3);
-      buffer.data()[0] = 0;
-      DWORD chars = 3;
-      const int result = function(buffer.data(), &chars);
-      EXPECT_EQ(buffer.data()[0] == 0, result != 0);
-      return static_cast<DWORD>(result);
-    };
-  };
-  return {{"fixedDrive", 2, drive(Width::fixedDrive)},
-          {"systemDrive", 2, drive(Width::systemDrive)},
-          {"userSid", 2,
-           [] {
-             void* sid = &sid;
-             const DWORD result = Width::userSid(as<Char>("alice").c_str(), as<Char>("CORP").c_str(), &sid);
-             EXPECT_TRUE(sid != &sid && (result != 0 || sid != nullptr));
-             std::free(sid);
-             return result;
-           }},
-          {"obtainSid", 5, [] {
-             HANDLE token = nullptr;
-             if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token)) {
-               return GetLastError();
-             }
-             GuardedBuffer<Char> text(256);
-             DWORD bytes = 256 * sizeof(Char);
-             const BOOL result = Width::obtainSid(token, text.data(), &bytes);
-             const DWORD code = result ? 0 : GetLastError();
-             CloseHandle(token);
-             EXPECT_EQ(text.untouched(), result == 0);
-             return code;
-           }}};
-}
-
-TEST_F(OnMachine, EveryPlatformCallThatFailsGivesItsNumber) {
-  for (const auto& all : {operations<Narrow>(), operations<Wide>()}) {
-    for (const Operation& operation : all) {
-      int failures = 0;
-      sweepFaults(
-          operation.name,
-          [&](auto arm) {
-            arm();
-            return operation.call();
-          },
-          [&](DWORD code, const std::string& failed, FaultSpan span) {
-            EXPECT_TRUE(code == 0 || !failed.empty()) << code;
-            failures += code == kSweepCode && span == FaultSpan::once;
-            EXPECT_TRUE(code == 0 || code == kSweepCode || span == FaultSpan::forEver) << code;
-            expectNothingOpen();
-          });
-      EXPECT_TRUE(failures == operation.decisive || !isWholeSweep()) << operation.name << failures;
-    }
-  }
 }
 
 TEST_F(OnMachine, WithoutMemory) {

@@ -1,19 +1,12 @@
-// Zones and seasons of the machine, and platform calls and allocations that fail. Native only.
+// Zones and seasons of the machine, and what is missing of it. Native only.
 #include <gtest/gtest.h>
 
-#include <cwchar>
-#include <functional>
-
 #include <support/allocfault.h>
-#include <support/faultsweep.h>
-#include <support/guardedbuffer.h>
 
 #include "conversion.h"
 
 namespace timetext {
 namespace {
-
-using vlplatform::FaultSpan;
 
 class OnMachine : public support::MachineTest {
  protected:
@@ -99,99 +92,10 @@ TEST_F(OnMachine, WithoutTheZoneConversionATextWithOffsetFails) {
   EXPECT_EQ(ToFields(L"2013-03-28T12Z").result, DWORD{ERROR_SUCCESS});
 }
 
-// What an exit record shows before the result, and a call with all that it can write to.
-struct Operation {
-  std::wstring exit;
-  DWORD success;
-  std::function<DWORD()> call;
-};
-
-std::vector<Operation> operations() {
-  static LARGE_INTEGER value;
-  static wchar_t buffer[21];
-  static DWORD chars = 21;
-  static SYSTEMTIME time;
-  std::vector<Operation> all = {
-      {L"vlSysSystemTimeToISO8601: returns nRet = 0x", 0,
-       [] { return vlSysSystemTimeToISO8601(&time, buffer, &chars); }},
-      {L"vlSysCurrentTimeToISO8601: returns nRet = 0x", 0, [] { return vlSysCurrentTimeToISO8601(buffer, &chars); }},
-      {L"vlSysCurrentLocalTimeToISO8601: returns nRet = 0x", 0,
-       [] { return vlSysCurrentLocalTimeToISO8601(buffer, &chars); }},
-      {L"vlSysLargeIntegerToISO8601: returns nRet = 0x", 0,
-       [] { return vlSysLargeIntegerToISO8601(&value, buffer, &chars); }},
-  };
-  for (const wchar_t* const text : {L"2013-03-28T12:34:56Z", L"2013-03-28", L"2013-03-28T12:34:56+01:00"}) {
-    all.push_back({L"vlSysISO8601ToSystemTime (", 0, [text] { return ToFields(text).result; }});
-    all.push_back({L"vlSysISO8601ToLargeInteger (", 0, [text] {
-                     const ToTicks converted(text);
-                     EXPECT_EQ(converted.ticks == kUntouchedTicks, converted.result != ERROR_SUCCESS);
-                     return converted.result;
-                   }});
-    all.push_back({L"vlSysCompareISO8601: returns nRet = 0x", static_cast<DWORD>(-1),
-                   [text] { return static_cast<DWORD>(vlSysCompareISO8601(text, L"2014-03-28T00-01")); }});
-  }
-  return all;
-}
-
-support::LogRecord exitOf(const Operation& operation, DWORD result) {
-  wchar_t number[32];
-  std::swprintf(number, 32, operation.exit.ends_with(L'x') ? L"%x" : L"%d)", result);
-  return {L"txhostkit", TXLOG_EXIT, operation.exit + number};
-}
-
-TEST_F(OnMachine, EveryPlatformCallThatFailsEndsTheOperation) {
-  const std::string withoutFailure = "FreeLibrary CompareFileTime GetSystemTime GetLocalTime";
-  support::LogCapture log;
-  int faultsReached = 0;
-  const auto all = operations();
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    const Operation& operation = all[i];
-    const auto run = [&](auto arm) {
-      arm();
-      return operation.call();
-    };
-    faultsReached +=
-        support::sweepFaults(std::to_string(i), run, [&](DWORD result, const std::string& failed, FaultSpan span) {
-          const bool decisive = withoutFailure.find(failed) == std::string::npos;
-          if (span == FaultSpan::once) {
-            EXPECT_EQ(result, !decisive              ? operation.success
-                              : failed == "memcpy_s" ? DWORD{ERROR_CANNOT_COPY}
-                                                     : support::kSweepCode);
-          }
-          const auto records = log.take();
-          ASSERT_FALSE(records.empty());
-          EXPECT_EQ(records.back(), exitOf(operation, result));
-          expectNothingOpen();
-        });
-  }
-  RecordProperty("faults", faultsReached);
-  if (!support::isWholeSweep()) {
-    return;
-  }
-  EXPECT_GT(faultsReached, 50);
-}
-
-TEST_F(OnMachine, EveryAllocationThatFailsGivesOutOfMemory) {
+TEST_F(OnMachine, OneCopyASectionIsAllocatedAndNothingElse) {
   if (!support::kCountsMalloc) {
     GTEST_SKIP() << "malloc is the sanitizer's";
   }
-  support::LogCapture log;
-  for (const Operation& operation : operations()) {
-    for (std::uint64_t n = 1;; ++n) {
-      support::AllocFault fault(n);
-      const DWORD result = operation.call();
-      const bool failed = fault.end();
-      EXPECT_EQ(result, failed ? ERROR_NOT_ENOUGH_MEMORY : operation.success)
-          << testing::PrintToString(operation.exit) << ", " << n;
-      const auto records = log.take();
-      ASSERT_FALSE(records.empty());
-      EXPECT_EQ(records.back(), exitOf(operation, result)) << testing::PrintToString(operation.exit) << ", " << n;
-      if (!failed) {
-        break;
-      }
-    }
-  }
-  // One copy a section, and nothing else.
   support::AllocFault none(0);
   vlSysISO8601ToSystemTime(L"2013-03-28T12:34:56+01:00", nullptr);
   SYSTEMTIME time;

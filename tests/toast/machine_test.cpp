@@ -1,9 +1,7 @@
-// Versions, calls, threads and allocations that fail, and many lives. Native only.
+// Versions, calls and threads that fail, and many lives. Native only.
 #include <pthread.h>
 
 #include <filesystem>
-
-#include <support/allocfault.h>
 
 #include "fixture.h"
 
@@ -53,23 +51,6 @@ TEST_F(OnMachine, AThreadThatCannotStart) {
   faults().fail("PostThreadMessageW");
   EXPECT_TRUE(manager->HideToast());
   vlDeleteToastManager(manager);
-}
-
-TEST_F(OnMachine, OutOfMemoryInCreate) {
-  std::uint64_t n = 0;
-  for (bool failed = true; failed;) {
-    ITXToastManager* manager = nullptr;
-    support::AllocFault fault(++n);
-    try {
-      manager = create();
-    } catch (const std::bad_alloc&) {
-    }
-    failed = fault.end();
-    EXPECT_EQ(manager == nullptr, failed) << n;
-    EXPECT_EQ(fake->alive, failed ? 0 : 1) << n;
-    vlDeleteToastManager(manager);
-  }
-  EXPECT_GT(n, 4u);
 }
 
 TEST_F(OnMachine, TenThousandLivesLeaveNothing) {
