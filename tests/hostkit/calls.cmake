@@ -98,7 +98,9 @@ foreach(pattern IN ITEMS "\n  In UTC +20[0-9][0-9]-[0-9-]+T[0-9:]+Z\n" "\n  This
     "\n  While all of them are held +[1-9][^\n]+\n  Let go +0 copies in [^\n]+\n"
     "\n  Paths, as the type it has +REG_MULTI_SZ 'C:.Data' 'D:.More'\n" "and in the 32-bit view +REG_SZ '32-bit'\n"
     "The key with all below it +done [(]0[)]\n" "made a toast object\n  A hide request +is refused"
-    "\n  Terminal Services +(yes [(]1[)]|no [(]0[)])\n" "plain strings were let go\n  Let go +[1-9][^\n]+\n$")
+    "\n  Terminal Services +(yes [(]1[)]|no [(]0[)])\n" "plain strings were let go\n  Let go +[1-9][^\n]+\n"
+    "\n  Two different passwords +\"The two passwords differ.\"\n  The password field afterwards +holds 36 spaces\n"
+    "\n  While the member is held +[1-9][^\n]+\n  Let go +0 copies in [^\n]+\n$")
   if(NOT run_out MATCHES "${pattern}")
     message(SEND_ERROR "tour: nothing matches ${pattern} in\n${run_out}")
   endif()
