@@ -179,7 +179,8 @@ void addMembers(std::vector<Row>& rows, const std::string& type, const Members& 
 }  // namespace
 
 std::vector<Row> classRows() {
-  static const Promise kEnded{.failures = {-1, IDCANCEL}, .throws = true, .thrown = securetext::kArgument};
+  static const Promise kEnded{
+      .failures = {-1, IDCANCEL, 99 /* no press of OK */}, .throws = true, .thrown = securetext::kArgument};
   std::vector<Row> rows = toastRows();
   const auto room = [](auto& text) {
     text.GetBuffer(400);
