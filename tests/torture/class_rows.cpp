@@ -179,8 +179,8 @@ void addMembers(std::vector<Row>& rows, const std::string& type, const Members& 
 }  // namespace
 
 std::vector<Row> classRows() {
-  // 99: the click on OK came to nothing, and the dialog ended behind its last step.
-  static const Promise kEnded{.failures = {-1, IDCANCEL, 99}, .throws = true, .thrown = securetext::kArgument};
+  static const Promise kEnded{
+      .failures = {-1, IDCANCEL, 99 /* no press of OK */}, .throws = true, .thrown = securetext::kArgument};
   std::vector<Row> rows = toastRows();
   const auto room = [](auto& text) {
     text.GetBuffer(400);
