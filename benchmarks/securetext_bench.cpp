@@ -14,7 +14,9 @@ namespace {
 
 constexpr const wchar_t* kSecret = L"correct horse battery staple, 42 characters";
 
-void wipe(std::wstring& text) { VL::Framework::wipe(text.data(), text.capacity() * sizeof(wchar_t)); }
+void wipe(std::wstring& text) {
+  VL::Framework::wipe(text.data(), text.capacity() * sizeof(wchar_t));
+}
 
 void construct(benchmark::State& state) {
   for (auto _ : state) {

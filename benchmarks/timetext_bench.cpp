@@ -1,8 +1,8 @@
 // Time text beside the C library's functions on narrow text and a general date library. Logging is off.
 #include <benchmark/benchmark.h>
 
-#include <ctime>
 #include <vlhostkit/vlhostkit.h>
+#include <ctime>
 
 #ifdef VL_PEER_DATE
 #include <date/date.h>

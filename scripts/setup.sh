@@ -3,7 +3,7 @@
 #
 #   setup.sh            everything for both targets
 #   setup.sh --native   without the cross compiler and Wine
-#   setup.sh --dev      in addition the tools of the fuzzers, the linters and the reference
+#   setup.sh --dev      in addition the tools of the fuzzers, the linters, coverage and the reference
 #   setup.sh --x86      in addition the compiler for 32-bit Windows programs, and Wine for them where the machine takes
 #                       i386 packages (dpkg --add-architecture i386)
 #
@@ -15,7 +15,7 @@ native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest
   libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
 sample=(wixl)  # builds the sample installer; its test is skipped without
-dev=(clang clang-format clang-tidy libclang-rt-14-dev doxygen)
+dev=(clang clang-format clang-tidy shellcheck gcovr libclang-rt-14-dev doxygen)
 x86=()
 
 for argument in "$@"; do

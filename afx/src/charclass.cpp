@@ -38,12 +38,14 @@ locale_t unicodeLocale() noexcept {
 }  // namespace
 
 wchar_t platformUpper(wchar_t character) noexcept {
+  // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a wide character, signed here
   const auto argument = static_cast<wint_t>(character);
   const locale_t locale = unicodeLocale();
   return static_cast<wchar_t>(locale != nullptr ? towupper_l(argument, locale) : towupper(argument));
 }
 
 wchar_t platformLower(wchar_t character) noexcept {
+  // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a wide character, signed here
   const auto argument = static_cast<wint_t>(character);
   const locale_t locale = unicodeLocale();
   return static_cast<wchar_t>(locale != nullptr ? towlower_l(argument, locale) : towlower(argument));

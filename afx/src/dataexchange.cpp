@@ -17,6 +17,7 @@ HWND CDataExchange::PrepareEditCtrl(int id) {
   return m_hWndLastControl;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it ends the exchange
 void CDataExchange::Fail() {
   if (m_hWndLastControl != nullptr) {
     SetFocus(m_hWndLastControl);

@@ -56,6 +56,7 @@ void CObList::RemoveAll() {
   count_ = 0;
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): called as a member
 CObject* CObList::GetAt(POSITION position) const {
   if (position == nullptr) {
     AfxThrowInvalidArgException();
@@ -82,6 +83,6 @@ POSITION CObList::takeNode() {
     }
   }
   const POSITION node = free_;
-  free_ = node->next;
+  free_ = node->next;  // NOLINT(clang-analyzer-core.NullDereference): a block has at least one node
   return node;
 }

@@ -1,5 +1,6 @@
 /// Secret text: strings, a list, a standard string on a wiping allocator, the release of automation buffers, and the
-/// base of dialogs in which a secret is typed. docs/secrets.md tells how to work with them and what they cannot promise.
+/// base of dialogs in which a secret is typed. docs/secrets.md tells how to work with them and what they cannot
+/// promise.
 #ifndef VLHOSTKIT_SECURETEXT_H
 #define VLHOSTKIT_SECURETEXT_H
 

@@ -17,7 +17,7 @@ namespace {
 DWORD readProfilePath(LPCWSTR sid, wchar_t (&path)[vl::kShortReadChars]) {
   const std::wstring keyPath = std::wstring(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList\\") + sid;
   vl::RegistryKey key;
-  DWORD code = static_cast<DWORD>(RegOpenKeyExW(HKEY_LOCAL_MACHINE, keyPath.c_str(), 0, KEY_QUERY_VALUE, key.put()));
+  auto code = static_cast<DWORD>(RegOpenKeyExW(HKEY_LOCAL_MACHINE, keyPath.c_str(), 0, KEY_QUERY_VALUE, key.put()));
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetGetInitialUserNameBeforeRenameW Can't open registry key %s (%d)",
              keyPath.c_str(), code);

@@ -25,7 +25,7 @@ std::wstring accountName(LPCWSTR userName, LPCWSTR domainName) {
 // Empty if the computer's name can't be had: the authority then is the local one all the same.
 std::wstring targetSystem() {
   wchar_t name[256]{};
-  DWORD chars = static_cast<DWORD>(std::size(name));
+  auto chars = static_cast<DWORD>(std::size(name));
   return GetComputerNameW(name, &chars) ? std::wstring(L"\\\\") + name : std::wstring();
 }
 

@@ -21,7 +21,7 @@ DWORD read(const vl::RegistryKey& key, const Char* name, Char* domainName, DWORD
   if (code != ERROR_SUCCESS) {
     return code;
   }
-  const DWORD length = static_cast<DWORD>(vl::registryText(domainName, bytes).size());
+  const auto length = static_cast<DWORD>(vl::registryText(domainName, bytes).size());
   if (length >= capacity) {
     return ERROR_MORE_DATA;
   }

@@ -10,7 +10,7 @@ namespace {
 
 template <class Char>
 DWORD deliver(std::basic_string_view<Char> name, Char* domainName, DWORD* size) {
-  const DWORD length = static_cast<DWORD>(name.size());
+  const auto length = static_cast<DWORD>(name.size());
   DWORD code = ERROR_SUCCESS;
   if (domainName != nullptr) {
     if (*size < length) {

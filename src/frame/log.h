@@ -20,7 +20,7 @@ struct Text {
   wchar_t chars[Size]{};
 
   constexpr Text() = default;
-  // NOLINTNEXTLINE(google-explicit-constructor): literals become texts where one is asked for.
+  // Literals become texts where one is asked for.
   constexpr Text(const wchar_t (&literal)[Size]) {
     for (std::size_t i = 0; i < Size; ++i) {
       chars[i] = literal[i];

@@ -38,7 +38,7 @@ bool sectionPasses(DWORD section) {
 template <class Open, class Char>
 DWORD openKey(Open open, HKEY root, const Char* path, REGSAM access, RegistryKey& key) {
   HKEY opened = nullptr;
-  const DWORD code = static_cast<DWORD>(open(root, path, 0, access, &opened));
+  const auto code = static_cast<DWORD>(open(root, path, 0, access, &opened));
   if (code == ERROR_SUCCESS) {
     key.reset(opened);
   }

@@ -58,14 +58,14 @@ int deleteKey(HKEY root, LPCWSTR path, bool withSubkeys, DWORD view) {
     return result == vl::kRegistrySuccess ? vl::kRegistrySuccess : vl::kRegistryCallFailed;
   }
   if (deleteKeyEx == nullptr) {
-    const DWORD code = static_cast<DWORD>(RegDeleteKeyW(root, path));
+    const auto code = static_cast<DWORD>(RegDeleteKeyW(root, path));
     trace<kDeleteKey, L" : RegDeleteKey returns 0x%x">(code);
     return resultOf(code);
   }
   if (deleteTree != nullptr) {
     trace<kDeleteKey, L" : RegDeleteTree returns 0x%x">(static_cast<DWORD>(deleteTree(root, path)));
   }
-  const DWORD code = static_cast<DWORD>(deleteKeyEx(root, path, view, 0));
+  const auto code = static_cast<DWORD>(deleteKeyEx(root, path, view, 0));
   trace<kDeleteKey, L" : RegDeleteKeyEx returns 0x%x">(code);
   return resultOf(code);
 }
@@ -97,7 +97,7 @@ void deleteChildren(HKEY key, HKEY root, LPCWSTR path, DWORD section) {
 // No call here takes the view: the section is handed down only to be tested again.
 int deleteSubKey(HKEY root, LPCWSTR path, DWORD section, bool withKey) {
   if (withKey) {
-    const DWORD code = static_cast<DWORD>(RegDeleteKeyW(root, path));
+    const auto code = static_cast<DWORD>(RegDeleteKeyW(root, path));
     if (code == ERROR_SUCCESS) {
       trace<kDeleteSubKey, L" : RegDeleteKey returns 0x%x">(code);
       return vl::kRegistrySuccess;

@@ -22,7 +22,7 @@ class Name {
   DWORD fill(Read read) {
     std::fill_n(chars_, used_, L'\0');
     DWORD size = Capacity;
-    const DWORD code = static_cast<DWORD>(read(chars_, &size));
+    const auto code = static_cast<DWORD>(read(chars_, &size));
     used_ = code == ERROR_SUCCESS ? std::min<std::size_t>(size, Capacity) : Capacity;
     if (code != ERROR_SUCCESS) {
       chars_[0] = L'\0';

@@ -11,7 +11,7 @@ using namespace vl::registry;
 template <Text Function>
 int store(HKEY root, LPCWSTR path, LPCWSTR name, DWORD type, const void* data, DWORD bytes, DWORD section) {
   HKEY opened = nullptr;
-  DWORD code = static_cast<DWORD>(
+  auto code = static_cast<DWORD>(
       RegCreateKeyExW(root, path, 0, nullptr, REG_OPTION_NON_VOLATILE, section | KEY_WRITE, nullptr, &opened, nullptr));
   if (code != ERROR_SUCCESS) {
     trace<Function, L" : RegCreateKeyEx failed 0x%x">(code);

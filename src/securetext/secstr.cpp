@@ -47,6 +47,8 @@ CSecStr& CSecStr::operator=(const wchar_t* text) {
   return *this;
 }
 
+// Its own text, too: the copy is made first.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 CSecStr& CSecStr::operator=(const CSecStr& other) {
   vl::replace(*m_pStr, Temporary<wchar_t>(other.GetString()));
   return *this;

@@ -11,7 +11,7 @@ CSecStr CSecStr::Mid(int first, int count) const {
     return *this;
   }
   // The counted constructor takes no temporary for an empty text.
-  return CSecStr(GetString() + (count == 0 ? 0 : first), count);
+  return {GetString() + (count == 0 ? 0 : first), count};
 }
 
 CSecStr CSecStr::Mid(int first) const {

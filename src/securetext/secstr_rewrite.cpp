@@ -66,7 +66,8 @@ Temporary formatted(const wchar_t* format, std::va_list arguments) {
     vl::ThrowHresult(vl::kInvalidArgument);
   }
   Temporary work;
-  vswprintf_s(work.GetBuffer(length + 1), static_cast<std::size_t>(length) + 1, format, arguments);
+  // It fits: its length was counted.
+  static_cast<void>(vswprintf_s(work.GetBuffer(length + 1), static_cast<std::size_t>(length) + 1, format, arguments));
   vl::release(work, -1);
   return work;
 }

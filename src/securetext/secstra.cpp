@@ -21,8 +21,8 @@ CSecStrA::CSecStrA(const CSecStr& text) : CSecStrA() {
   std::size_t converted = 0;
   // Not looked at: the length is that of the wide text in any case, over zeros where nothing was converted.
   std::memset(buffer, 0, vl::bytesOf<char>(length + 1));
-  wcstombs_s(&converted, buffer, static_cast<std::size_t>(length) + 1, text.GetString(),
-             static_cast<std::size_t>(length));
+  static_cast<void>(wcstombs_s(&converted, buffer, static_cast<std::size_t>(length) + 1, text.GetString(),
+                               static_cast<std::size_t>(length)));
   ReleaseBuffer(length);
 }
 
@@ -43,6 +43,8 @@ CSecStrA::~CSecStrA() {
   vl::wipe(m_str);
 }
 
+// Its own text, too: the copy is made first.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 CSecStrA& CSecStrA::operator=(const CSecStrA& other) {
   vl::replace(m_str, Temporary<char>(other.GetString()));
   return *this;

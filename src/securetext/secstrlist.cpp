@@ -68,7 +68,7 @@ __POSITION* CSecStrList::Find(const wchar_t* text, __POSITION* after) const {
 __POSITION* CSecStrList::AddTail(const CSecStr& text) {
   auto element = std::make_unique<CElem>(text);
   __POSITION* const position = m_list.AddTail(element.get());
-  element.release();
+  static_cast<void>(element.release());  // the list owns it now
   return position;
 }
 

@@ -10,7 +10,8 @@
 namespace vl {
 
 /// The call of an overload on the caller's buffer, whose text goes in and stays if the overload sets none. `Operation`
-/// names the function (`name`) and has the overloads (`call`). Text without a terminator within the capacity ends there.
+/// names the function (`name`) and has the overloads (`call`). Text without a terminator within the capacity ends
+/// there.
 template <class Operation, class Width, class Char = typename Width::Char>
 int callOnBuffer(Char* buffer, DWORD capacity) {
   typename Width::String drive(buffer, std::find(buffer, buffer + capacity, Char{}));

@@ -55,9 +55,11 @@ printf '%s\n' 'Windows Registry Editor Version 5.00' '' '[HKEY_CURRENT_USER\Soft
 lines=$(printf 'one\r\ntwo\n.')
 lines=${lines%.}
 write '' 'ünnamed €' --type string
+# shellcheck disable=SC1003  # backslashes at the end of texts
 write 'quote " back\slash' 'say "hi" C:\dir\ 𝄞 end\' --type string
 write lines "$lines" --type string
 write empty '' --type string
+# shellcheck disable=SC1003  # backslashes at the end of texts
 write list eins 'zwei 2' 'ü"\' --type multi
 write 'no list' --type multi
 write dword 4294967295 --type dword

@@ -42,6 +42,6 @@ check 'standard input a folder' 1 "$status"
 # The input has no end: only the failing write ends the program.
 exec 4>&1
 status=$({ { yes 2013-03-28T00Z | { timeout 60 "$@" time parse - 2>&4; echo $? >&3; } | head -n 1 >&4; } 3>&1; } 4>&1)
-check 'a reader that has seen enough' "$good 1" "$(echo $status)"
+check 'a reader that has seen enough' "$good 1" "$(echo "$status" | xargs)"
 
 [ "$failures" -eq 0 ]

@@ -5,6 +5,7 @@ links=0
 broken=0
 for document in "$@"; do
   # Links to the web and to the same page are not looked at.
+  # shellcheck disable=SC2013  # links have no blanks
   for target in $(grep -oE '\]\([^)#:]+[)#]' "$document" | sed 's/^](//; s/[)#]$//'); do
     links=$((links + 1))
     if [ ! -e "$(dirname "$document")/$target" ]; then

@@ -12,10 +12,10 @@ using AFX_PMSG = LRESULT (*)(CCmdTarget* target, WPARAM first, LPARAM second);
 /// Who handles what.
 struct AFX_MSGMAP_ENTRY {
   UINT nMessage;  ///< WM_COMMAND, or another message
-  UINT nCode;  ///< the notification's code, for WM_COMMAND
-  UINT nID;    ///< the first id of commands and controls, for WM_COMMAND
-  UINT nLastID;  ///< the last one, often the same
-  AFX_PMSG pfn;  ///< null ends a map
+  UINT nCode;     ///< the notification's code, for WM_COMMAND
+  UINT nID;       ///< the first id of commands and controls, for WM_COMMAND
+  UINT nLastID;   ///< the last one, often the same
+  AFX_PMSG pfn;   ///< null ends a map
 };
 
 /// A class's own entries, and where the search goes on.

@@ -52,9 +52,9 @@ VLPLATFORM_API errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t 
 /// '0' pads texts as well. Precision cuts a text, in characters of the output, and no more of it is read; of narrow
 /// text, bytes that are no text print U+FFFD. %n and everything else is no format: EINVAL, and -1 as the result.
 ///
-/// _vscwprintf gives the characters needed without the terminator; vswprintf_s and swprintf_s store them with it. Where the buffer
-/// is too small, or on any other failure, what was written of it is wiped and the buffer empty. Texts go from argument
-/// to buffer; the memory that integers are made in is wiped (floating numbers are the C library's work).
+/// _vscwprintf gives the characters needed without the terminator; vswprintf_s and swprintf_s store them with it. Where
+/// the buffer is too small, or on any other failure, what was written of it is wiped and the buffer empty. Texts go
+/// from argument to buffer; the memory that integers are made in is wiped (floating numbers are the C library's work).
 VLPLATFORM_API int _vscwprintf(const wchar_t* format, std::va_list arguments);
 VLPLATFORM_API int vswprintf_s(wchar_t* buffer, std::size_t size, const wchar_t* format, std::va_list arguments);
 VLPLATFORM_API int swprintf_s(wchar_t* buffer, std::size_t size, const wchar_t* format, ...);
