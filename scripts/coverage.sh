@@ -12,10 +12,11 @@ scripts/setup.sh --native --dev
 folder=build/native-coverage
 build native-coverage
 find "$folder" -name '*.gcda' -delete
-quietly "$folder/ctest.log" ctest --test-dir "$folder" -j "$jobs" --output-on-failure --no-tests=error
+# Not the two that search memory for copies of a secret: unoptimised code leaves its own on the stack.
+quietly "$folder/ctest.log" ctest --test-dir "$folder" -j "$jobs" --output-on-failure --no-tests=error \
+  --exclude-regex '^(test_memoryscan|hostkit\.calls)$'
 
-# Without the copies of some sources that the wipe tests build, on purpose, with other options or without the wipe.
-quietly "$folder/gcovr.log" gcovr --root . --filter src/ --exclude-directories '.*/wipeproof/.*' -j "$jobs" \
+quietly "$folder/gcovr.log" gcovr --root . --filter src/ -j "$jobs" \
   --json "$folder/lines.json" "$folder"
 
 python3 - "$folder/lines.json" <<'END'

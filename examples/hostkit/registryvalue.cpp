@@ -125,7 +125,7 @@ class Shower {
  private:
   void remark(bool applies, const char* words) {
     if (applies) {
-      remarks_.push_back(words);
+      remarks_.emplace_back(words);
     }
   }
   ShownValue finished(std::string readable, const char* member, Json value, std::size_t end) {

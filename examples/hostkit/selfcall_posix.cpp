@@ -8,8 +8,6 @@
 
 #include "selfcall.h"
 
-extern char** environ;
-
 namespace {
 
 class Descriptor {
@@ -67,6 +65,7 @@ SelfCall callSelf(const std::vector<std::string>& arguments) {
   std::vector<std::string> texts{"hostkit"};
   texts.insert(texts.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) {
     pointers.push_back(text.data());
   }

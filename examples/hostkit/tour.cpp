@@ -36,7 +36,8 @@ void TourPage::fact(std::string_view label, std::string_view value) {
 }
 
 void TourPage::missing(std::string_view label, unsigned long code) {
-  context_.output.failure(label, resultInWords(static_cast<DWORD>(code)), code, {{"title", title_}, {"fact", label}});
+  context_.output.failure(label, resultInWords(static_cast<DWORD>(code)), static_cast<long long>(code),
+                          {{"title", title_}, {"fact", label}});
 }
 
 void TourPage::refused(std::string_view label, int result) {

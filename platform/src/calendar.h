@@ -8,7 +8,7 @@ namespace vlplatform {
 
 inline constexpr std::int64_t kTicksPerSecond = 10'000'000;
 inline constexpr std::int64_t kTicksPerMinute = 60 * kTicksPerSecond;
-inline constexpr std::int64_t kTicksPerDay = 24 * 60 * kTicksPerMinute;
+inline constexpr std::int64_t kTicksPerDay = kTicksPerMinute * 60 * 24;
 /// Ticks from 1601 to 1970.
 inline constexpr std::int64_t kUnixEpochTicks = 11'644'473'600 * kTicksPerSecond;
 

@@ -21,7 +21,7 @@ class HandleTable {
   HANDLE open(Record record) {
     const std::lock_guard lock(mutex_);
     last_ += 4;
-    const auto handle = reinterpret_cast<HANDLE>(last_);
+    auto* const handle = reinterpret_cast<HANDLE>(last_);
     records_.emplace(handle, std::move(record));
     machine().counters().opened(resource_);
     return handle;

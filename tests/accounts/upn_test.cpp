@@ -80,6 +80,7 @@ TYPED_TEST(Upn, CachesAnswerWhenTheTranslationDoesNot) {
       // The system cache's name is too long for the caller, and the own cache is read with its length as capacity.
       {kAlice, L"LONGDOMAIN", L"OWN", 3, 122, 10, ""},
       {kAlice, L"LONGDOMAIN", L"ABCDEFGHI", 3, 122, 16, ""},
+      {kAlice, L"LONGDOMAIN", L"", 3, 2, 0, ""},
       {"@corp.example", L"LONG", L"A", 3, 0, 3, "A\\"},
       // 254 characters, and one more.
       {longUser + "@corp.example", L"DOMAIN789", L"", 300, 0, 255, "DOMAIN789\\" + longUser},

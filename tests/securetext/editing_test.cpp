@@ -25,6 +25,14 @@ TEST_F(WideEditing, Parts) {
   EXPECT_EQ(textOf(five.Left(-1)), L"");
 }
 
+TEST_F(WideEditing, ComparesOnEitherSide) {
+  const CSecStr string(L"secret");
+  EXPECT_TRUE(L"secret" == string && string == L"secret");
+  EXPECT_FALSE(L"secret" != string || string != L"secret");
+  EXPECT_FALSE(L"Secret" == string || string == L"Secret");
+  EXPECT_TRUE(L"Secret" != string && string != L"Secret");
+}
+
 TEST_F(WideEditing, NullTexts) {
   CSecStr string(L"secret");
   EXPECT_EQ(outcomeOf([&] { string.Compare(kNull); }), kArgument);

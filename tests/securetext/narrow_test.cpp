@@ -47,6 +47,7 @@ TEST_F(NarrowAndWide, WideFormOfNarrowText) {
 TEST_F(NarrowAndWide, NarrowFormOfWideText) {
   CSecStrA string("secret");
   const char* const buffer = string.GetString();
+  EXPECT_EQ(static_cast<const char*>(string), buffer);
   string = static_cast<wchar_t*>(nullptr);
   EXPECT_EQ(textOf(string), "");
   EXPECT_EQ(string.GetString(), buffer);

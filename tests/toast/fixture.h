@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -64,6 +65,7 @@ struct Fake {
   std::optional<int> stored = 3;
   std::optional<bool> displaying;  // in place of the truth
   bool makesNone = false;
+  bool throws = false;
   std::wstring texts;
   std::atomic<int> alive{0};
   std::atomic<int> shown{0};  // displays that run
@@ -77,6 +79,7 @@ class FakeToast : public ITXToastNotification {
   FakeToast() { ++fake->alive; }
   ~FakeToast() override { fake->referencesAtEnd = --fake->alive + references(); }
   HRESULT Display(int* reason) override {
+    throwIfSo();
     takeHideRequest();
     fake->thread = GetCurrentThreadId();
     EXPECT_EQ(++fake->shown, 1) << "one after the other";
@@ -90,9 +93,18 @@ class FakeToast : public ITXToastNotification {
     return fake->result.value_or(S_OK);
   }
   int GetExitReason() override { std::abort(); }  // nobody calls this
-  bool IsDisplaying() override { return fake->displaying.value_or(displaying_); }
+  bool IsDisplaying() override {
+    throwIfSo();
+    return fake->displaying.value_or(displaying_);
+  }
 
  private:
+  static void throwIfSo() {
+    if (fake->throws) {
+      throw std::runtime_error("toast");
+    }
+  }
+
   std::atomic<bool> displaying_{false};
 };
 

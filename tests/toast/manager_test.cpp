@@ -137,4 +137,15 @@ TEST_F(Manager, TheModeIsTheSiblings) {
   EXPECT_EQ(taken(log).find(loaded + L"1 vlGetUIMode: GetProcAddress(GetUIMode) failed with error code 0x"), 0u);
 }
 
+// On the worker nobody could catch it, and the end of the manager has a worker to wait for.
+TEST_F(Manager, OutlivesAToastThatThrows) {
+  fake->throws = true;
+  ITXToastManager* const manager = create();
+  EXPECT_THROW(manager->ShowToast(), std::runtime_error);
+  support::LogCapture log;
+  EXPECT_TRUE(manager->CreateToastThread());
+  vlDeleteToastManager(manager);
+  EXPECT_NE(taken(log).find(L"1 TXToastManager::ShowToastThread : ended by an exception\n"), std::wstring::npos);
+}
+
 }  // namespace toast

@@ -54,7 +54,7 @@ struct Accounts::State {
   // All of these under the mutex.
 
   std::wstring computerName() const { return computer ? *computer : thisComputersName(); }
-  bool reachable(std::wstring_view domain) const { return unreachable.count(lowerCase(domain)) == 0; }
+  bool reachable(std::wstring_view domain) const { return !unreachable.contains(lowerCase(domain)); }
 
   void describe(const Account& account) {
     std::erase_if(described, [&](const Account& known) {
