@@ -92,8 +92,8 @@ class Bench : public installer::InstallerTest {
   DWORD size, otherSize;
   int count;
   void* sid = nullptr;
-  bool isOnHeap = false;                                                ///< the SID comes from the platform's heap
-  BYTE known[16] = {1, 2, 0, 0, 0, 0, 0, 5, 32, 0, 0, 0, 32, 2, 0, 0};  ///< a SID
+  bool isOnHeap = false;  ///< the SID comes from the platform's heap
+  alignas(DWORD) BYTE known[16] = {1, 2, 0, 0, 0, 0, 0, 5, 32, 0, 0, 0, 32, 2, 0, 0};  ///< a SID
   HANDLE token = nullptr;
   SAFEARRAY* array = nullptr;
   BSTR string = nullptr;
