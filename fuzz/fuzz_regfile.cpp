@@ -2,31 +2,15 @@
 // they make comes back from the text that is written of it.
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include <platform/registrydump.h>
 
-#include <vlplatform/machine.h>
-
-namespace {
-
-#define CHECK(condition)                                                                  \
-  do {                                                                                    \
-    if (!(condition)) {                                                                   \
-      std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition); \
-      std::abort();                                                                       \
-    }                                                                                     \
-  } while (false)
-
-}  // namespace
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool clockStands = (vlplatform::machine().clock().setTicks(130'200'000'000'000'000), true);
-  static_cast<void>(clockStands);
-  vlplatform::Registry& registry = vlplatform::machine().registry();
+  vlplatform::Registry& registry = fuzz::machine().registry();
   const std::string_view input(reinterpret_cast<const char*>(data), size);
 
   registry.reset();

@@ -1,63 +1,15 @@
 // The readers of time text: whatever the input, the functions agree with each other.
 //
-// An input is two texts, parted by the first line end. A byte is a character of its own; the byte 0x1B and the four
-// behind it are one character of any value.
-#include <algorithm>
+// An input is two texts, parted by the first line end.
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <memory>
-#include <span>
-#include <vector>
 
 #include <vlhostkit/timetext.h>
 
-#include <vlplatform/machine.h>
+#include "fuzz.h"
 
 namespace {
-
-#define CHECK(condition)                                                                  \
-  do {                                                                                    \
-    if (!(condition)) {                                                                   \
-      std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition); \
-      std::abort();                                                                       \
-    }                                                                                     \
-  } while (false)
-
-// On the heap and of exact size, so that a read behind the terminator is seen.
-using WideText = std::unique_ptr<wchar_t[]>;
-
-WideText widen(std::span<const std::uint8_t> bytes) {
-  constexpr std::uint8_t kEscape = 0x1B;
-  constexpr std::size_t kEscaped = 5;
-  std::vector<wchar_t> chars;
-  for (std::size_t i = 0; i < bytes.size();) {
-    if (bytes[i] == kEscape && bytes.size() - i >= kEscaped) {
-      chars.push_back(static_cast<wchar_t>(std::uint32_t{bytes[i + 1]} << 24 | bytes[i + 2] << 16 | bytes[i + 3] << 8 |
-                                           bytes[i + 4]));
-      i += kEscaped;
-    } else {
-      chars.push_back(static_cast<wchar_t>(bytes[i++]));
-    }
-  }
-  WideText text(new wchar_t[chars.size() + 1]);
-  std::copy(chars.begin(), chars.end(), text.get());
-  text[chars.size()] = L'\0';
-  return text;
-}
-
-// A summer day in a zone two hours east of UTC with daylight time, whatever the computer's own.
-void setMachine() {
-  TIME_ZONE_INFORMATION zone{};
-  zone.Bias = -60;
-  zone.DaylightBias = -60;
-  zone.DaylightDate = {0, 3, 0, 5, 2, 0, 0, 0};
-  zone.StandardDate = {0, 10, 0, 5, 3, 0, 0, 0};
-  vlplatform::machine().clock().setZone(zone);
-  vlplatform::machine().clock().setTicks(130'200'000'000'000'000);  // August 2013
-}
 
 bool isOneForm(const wchar_t (&text)[21]) {
   return text[20] == L'\0' && std::wcslen(text) == 20;
@@ -124,14 +76,10 @@ void compare(const wchar_t* first, const Parsed& a, const wchar_t* second, const
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool machineIsSet = (setMachine(), true);
-  static_cast<void>(machineIsSet);
-  const std::span<const std::uint8_t> input(data, size);
-  const void* const lineEnd = size != 0 ? std::memchr(data, '\n', size) : nullptr;
-  const std::size_t firstSize =
-      lineEnd != nullptr ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(lineEnd) - data) : size;
-  const WideText first = widen(input.first(firstSize));
-  const WideText second = widen(input.subspan(lineEnd != nullptr ? firstSize + 1 : size));
-  compare(first.get(), parse(first.get()), second.get(), parse(second.get()));
+  fuzz::machine();
+  fuzz::Input input(data, size);
+  const fuzz::Block<wchar_t> first(fuzz::text<wchar_t>(input.line()));
+  const fuzz::Block<wchar_t> second(fuzz::text<wchar_t>(input.rest()));
+  compare(first.data(), parse(first.data()), second.data(), parse(second.data()));
   return 0;
 }

@@ -14,12 +14,9 @@ namespace {
 using vl::kText;
 using vl::Text;
 
-// The forms of a name, as TranslateName numbers them.
-constexpr int kUserPrincipal = 8;
-constexpr int kSamCompatible = 2;
-
 template <class Char>
-using Translate = BOOLEAN(WINAPI*)(const Char* name, int form, int wanted, Char* translated, ULONG* size);
+using Translate = BOOLEAN(WINAPI*)(const Char* name, EXTENDED_NAME_FORMAT form, EXTENDED_NAME_FORMAT wanted,
+                                   Char* translated, ULONG* size);
 
 // What is composed from a cache's domain has at most this many characters, terminator counted.
 constexpr std::size_t kMostComposed = 255;
@@ -110,7 +107,7 @@ BOOL decompose(const Char* upn, Char* samName, DWORD* size) {
   DWORD network = NETWORK_ALIVE_LAN;
   if (IsNetworkAlive(&network)) {
     SetLastError(ERROR_SUCCESS);  // an older value must not be taken for the translation's
-    if (translate(upn, kUserPrincipal, kSamCompatible, samName, size) && samName != nullptr) {
+    if (translate(upn, NameUserPrincipal, NameSamCompatible, samName, size) && samName != nullptr) {
       remember<Width>(upn, samName);
       return TRUE;
     }
