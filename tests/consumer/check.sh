@@ -19,8 +19,8 @@ unpack() {
     "$cmake" -E tar xf packages/*.zip
     mv vlhostkit-* "$prefix"
   else
-    dpkg-deb -x "$work"/packages/*.deb "$work/root"
-    mv "$work/root/usr" "$prefix"
+    dpkg-deb -x "$work"/packages/*.deb "$work/unpacked"
+    mv "$work/unpacked/usr" "$prefix"
   fi
 }
 

@@ -4,7 +4,7 @@
 set -euo pipefail
 wine=$1 program=$2 failures=0
 options='HKLM\System\CurrentControlSet\Control\ProductOptions'
-version='HKCU\Software\Wine\AppDefaults\'$(basename "$program")
+version="HKCU\\Software\\Wine\\AppDefaults\\$(basename "$program")"
 windows() { timeout 60 "$wine" "$@" 2>/dev/null </dev/null; }
 forget() {
   windows reg delete "$options" /v ProductSuite /f >/dev/null || true
