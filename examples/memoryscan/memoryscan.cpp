@@ -92,6 +92,7 @@ void addMapping(const char* line) {
   unsigned long end = 0;
   char access[5] = {};
   int nameAt = 0;
+  // NOLINTNEXTLINE(cert-err34-c): the kernel's own numbers fit
   if (std::sscanf(line, "%lx-%lx %4s %*s %*s %*s %n", &begin, &end, access, &nameAt) == 3 && access[0] == 'r' &&
       access[1] == 'w') {
     addRegion(begin, end, nameAt == 0 || line[nameAt] == '\0' ? "anonymous" : line + nameAt);

@@ -48,7 +48,7 @@ class Output {
 template <class Char, std::size_t Size>
 class Wiped : public std::array<Char, Size> {
  public:
-  Wiped() {}  // not filled
+  Wiped() {}  // NOLINT(modernize-use-equals-default): with a default one, Wiped{} would fill it
   Wiped(const Wiped&) = delete;
   Wiped& operator=(const Wiped&) = delete;
   ~Wiped() { VL::Framework::wipe(this->data(), used * sizeof(Char)); }
@@ -318,7 +318,7 @@ class Formatter {
     long long value = 0;
     switch (conversion.length) {
       case Length::hh:
-        value = static_cast<signed char>(va_arg(arguments_, int));
+        value = static_cast<signed char>(va_arg(arguments_, int));  // NOLINT(bugprone-signed-char-misuse,cert-str34-c)
         break;
       case Length::h:
         value = static_cast<short>(va_arg(arguments_, int));

@@ -3,7 +3,7 @@
 namespace vlplatform {
 
 Machine& Machine::get() {
-  static Machine* const instance = new Machine;
+  static auto* const instance = new Machine;
   return *instance;
 }
 

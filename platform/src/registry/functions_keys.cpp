@@ -213,6 +213,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR path) {
   });
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the platform's signature
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved, LPWSTR className,
                       LPDWORD classChars, FILETIME* lastWrite) {
   return reading("RegEnumKeyExW", [&](const State& state) -> DWORD {
@@ -247,6 +248,7 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPD
   });
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the platform's signature
 LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, LPDWORD classChars, LPDWORD reserved, LPDWORD subkeys,
                          LPDWORD longestSubkey, LPDWORD longestClass, LPDWORD values, LPDWORD longestValueName,
                          LPDWORD longestData, LPDWORD securityDescriptor, FILETIME* lastWrite) {

@@ -25,7 +25,7 @@ void widen(const char* text, std::size_t size, Put put) {
 class WideName {
  public:
   explicit WideName(const char* text) : null_(text == nullptr) {
-    if (!null_) {
+    if (text != nullptr) {
       const std::size_t size = std::strlen(text);
       wchar_t* out = short_.data();
       if (size >= short_.size()) {

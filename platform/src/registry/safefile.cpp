@@ -71,7 +71,7 @@ std::string replaceFile(const std::string& path, std::string_view bytes) {
   if (!file.open()) {
     return problem("can't make a file beside it");
   }
-  const std::string error = fillAndRename(file, temporary, target, bytes);
+  std::string error = fillAndRename(file, temporary, target, bytes);
   if (!error.empty()) {
     unlink(temporary.c_str());
     return error;

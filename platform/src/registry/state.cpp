@@ -93,8 +93,8 @@ void Registry::State::prepare() {
   }
   if (!result.ok()) {
     fileBroken = true;
-    std::fprintf(stderr, "vlplatform: %s:%u: %s; registry calls fail until it is put right\n", name, result.line,
-                 result.message.c_str());
+    static_cast<void>(std::fprintf(stderr, "vlplatform: %s:%u: %s; registry calls fail until it is put right\n", name,
+                                   result.line, result.message.c_str()));
   }
 }
 
@@ -139,7 +139,7 @@ DWORD Registry::State::saveChanges() {
   }
   const std::string error = replaceFile(file, writeRegistryText(roots));
   if (!error.empty()) {
-    std::fprintf(stderr, "vlplatform: %s: %s\n", file.c_str(), error.c_str());
+    static_cast<void>(std::fprintf(stderr, "vlplatform: %s: %s\n", file.c_str(), error.c_str()));
     return ERROR_REGISTRY_IO_FAILED;
   }
   unsaved = false;

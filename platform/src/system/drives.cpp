@@ -56,7 +56,7 @@ Drives::List thisComputersDrives() {
   }
   wchar_t letter = kSystemLetter;
   for (const auto& [source, type] : others) {
-    if (letter != kLastLetter && sources.count(source) == 0) {
+    if (letter != kLastLetter && !sources.contains(source)) {
       drives[++letter] = type;
     }
   }
