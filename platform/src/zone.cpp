@@ -112,7 +112,7 @@ TIME_ZONE_INFORMATION thisComputersZone(std::int64_t ticks) {
   newYear.tm_mday = 1;
   newYear.tm_isdst = -1;
   const std::time_t begin = std::mktime(&newYear);
-  constexpr std::time_t kDay = 24 * 60 * 60;
+  constexpr std::time_t kDay = std::time_t{24} * 60 * 60;
   std::optional<std::time_t> toDaylight;
   std::optional<std::time_t> toStandard;
   for (int day = 0; day < 366; ++day) {

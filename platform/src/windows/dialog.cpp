@@ -18,6 +18,7 @@ HWND firstControl(HWND dialog) {
 }
 
 bool addControls(Dialog& dialog, const DialogTemplate& model) {
+  // NOLINTNEXTLINE(readability-use-anyofallof): it opens windows
   for (const ControlTemplate& control : model.controls) {
     const WindowPointer window = makeControl(control.windowClass, dialog.handle, control.id, control.style);
     if (window == nullptr) {
@@ -55,7 +56,7 @@ DialogPointer create(HINSTANCE module, LPCWSTR name, HWND owner, DLGPROC procedu
     }
     owner = given->isChild() ? given->parent : owner;
   }
-  const DialogPointer dialog = [&] {
+  DialogPointer dialog = [&] {
     const OwnAllocations own;
     return std::make_shared<Dialog>(owner, procedure);
   }();
