@@ -78,6 +78,26 @@ class Driven : public Base {
   std::size_t step_ = 0;
 };
 
+/// With two secret fields.
+class SecretForm : public Driven<CSecureDialog> {
+ public:
+  SecretForm() : Driven(IDD_LOG_ON, nullptr) {}
+
+  CSecStr password;
+  CSecStr second;
+
+ protected:
+  BOOL OnInitDialog() override {
+    OnInitDialogSecure();
+    begin();
+    return TRUE;
+  }
+  void DoDataExchange(CDataExchange* exchange) override {
+    DDX_Text(exchange, IDC_PASSWORD, password);
+    DDX_Text(exchange, IDC_SECOND, second);
+  }
+};
+
 #ifndef _WIN32
 /// Gives the machine the dialogs of the resource script.
 inline void describeDialogs() {

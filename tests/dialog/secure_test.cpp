@@ -15,33 +15,23 @@ using support::entered;
 using support::left;
 using support::Log;
 
-class LogOn : public Driven<CSecureDialog> {
+class LogOn : public SecretForm {
  public:
-  LogOn() : Driven(IDD_LOG_ON, nullptr) {}
-
   CStringT<wchar_t> user;
-  CSecStr password;
-  CSecStr second;
   bool refuse = false;
   std::map<int, std::wstring> atEnd;  ///< what the secure controls held when EndDialog was through
 
   void EndDialog(int result) override {
-    Driven::EndDialog(result);
+    SecretForm::EndDialog(result);
     for (const int id : {IDC_PASSWORD, IDC_SECOND}) {
       atEnd[id] = held(id);
     }
   }
 
  protected:
-  BOOL OnInitDialog() override {
-    OnInitDialogSecure();
-    begin();
-    return TRUE;
-  }
   void DoDataExchange(CDataExchange* exchange) override {
     ::DDX_Text(exchange, IDC_USER, user);
-    DDX_Text(exchange, IDC_PASSWORD, password);
-    DDX_Text(exchange, IDC_SECOND, second);
+    SecretForm::DoDataExchange(exchange);
     if (exchange->m_bSaveAndValidate && refuse) {
       exchange->Fail();
     }

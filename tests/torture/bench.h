@@ -34,22 +34,10 @@ struct Promise {
   bool exitOfFailure = true;              ///< the exit record is there after a failure, too
 };
 
-class LogOn : public dialog::Driven<CSecureDialog> {
- public:
-  LogOn() : Driven(IDD_LOG_ON, nullptr), password(L"first") {
+struct LogOn : dialog::SecretForm {
+  LogOn() {
+    password = L"first";
     steps = {[this] { type(IDC_PASSWORD, L"hunter2"); }, [this] { press(IDOK); }};
-  }
-  CSecStr password, second;
-
- protected:
-  BOOL OnInitDialog() override {
-    OnInitDialogSecure();
-    begin();
-    return TRUE;
-  }
-  void DoDataExchange(CDataExchange* exchange) override {
-    DDX_Text(exchange, IDC_PASSWORD, password);
-    DDX_Text(exchange, IDC_SECOND, second);
   }
 };
 
