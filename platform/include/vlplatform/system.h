@@ -1,4 +1,4 @@
-/// The computer's name, drives and environment, and the small formatter of the platform's user library.
+/// The computer's name, drives and environment, and formatting by the platform's user library.
 #ifndef VLPLATFORM_SYSTEM_H
 #define VLPLATFORM_SYSTEM_H
 
@@ -37,9 +37,8 @@ VLPLATFORM_API DWORD GetEnvironmentVariableA(LPCSTR name, LPSTR buffer, DWORD ch
 /// ERROR_ENVVAR_NOT_FOUND if there is none. ERROR_INVALID_PARAMETER for an empty name or one with '='.
 VLPLATFORM_API BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 
-/// "%[-#0][width][.precision][h|l|w|I64]" and one of c C d i p s S u x X; another character stands for itself, and 'l'
-/// is 32 bits. %s is of the function's width and %S of the other, h narrow and l and w wide. The text ends after 1024
-/// characters; its length is the result. Can't fail.
+/// The conversions of swprintf_s, with %s of the function's own width and %S of the other. The text ends after 1024
+/// characters, or before what is no conversion; its length is the result. Can't fail.
 VLPLATFORM_API int wsprintfW(LPWSTR buffer, LPCWSTR format, ...);
 VLPLATFORM_API int wsprintfA(LPSTR buffer, LPCSTR format, ...);
 }
