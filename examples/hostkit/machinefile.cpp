@@ -270,12 +270,14 @@ std::string contentOf(const std::string& file) {
   constexpr std::size_t kMostBytes = 1 << 20;
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
-  std::string bytes(kMostBytes + 1, '\0');
-  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  std::string bytes;
+  for (char piece[4096]; stream && bytes.size() <= kMostBytes;) {
+    stream.read(piece, sizeof piece);
+    bytes.append(piece, static_cast<std::size_t>(stream.gcount()));
+  }
   if (!stream.is_open() || stream.bad()) {
     throw std::runtime_error(std::string("can't be read: ") + std::strerror(errno != 0 ? errno : EIO));
   }
-  bytes.resize(static_cast<std::size_t>(stream.gcount()));
   if (bytes.size() > kMostBytes) {
     throw std::runtime_error("has more than a mebibyte");
   }

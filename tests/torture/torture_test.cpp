@@ -34,8 +34,10 @@ class Torture : public Bench, public testing::WithParamInterface<Row> {
   static void TearDownTestSuite() {
     std::printf("torture: %d operations, %d call points, %d allocation points\n", operations_, points_[0], points_[1]);
     // A gate that lets all calls pass shows in the rows. Memory that never fails does not.
-    const bool all = operations_ > 150 && std::getenv("VL_FAULT_POINT") == nullptr;
+    const bool one = std::getenv("VL_FAULT_POINT") != nullptr;
+    const bool all = operations_ > 150 && !one;
     EXPECT_TRUE(points_[1] > (support::kCountsMalloc ? 500 : 100) || !all);
+    EXPECT_TRUE(points_[0] + points_[1] != 0 || !one) << "There is no such fault point.";
     RecordProperty("operations", operations_);
     RecordProperty("callPoints", points_[0]);
     RecordProperty("allocationPoints", points_[1]);
