@@ -1,4 +1,4 @@
-# What every target of the project shares: language level, warnings, visibility, sanitizers, coverage.
+# What every target of the project shares: language level, warnings, visibility, sanitizers.
 
 function(vl_target_defaults target)
   target_compile_features(${target} PUBLIC cxx_std_20)
@@ -22,11 +22,6 @@ function(vl_target_defaults target)
   if(VLHOSTKIT_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=${VLHOSTKIT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(${target} PRIVATE -fsanitize=${VLHOSTKIT_SANITIZE})
-  endif()
-  if(VLHOSTKIT_COVERAGE)
-    # Counters are shared by the threads of a program.
-    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
-    target_link_options(${target} PRIVATE --coverage)
   endif()
 endfunction()
 
