@@ -1,8 +1,11 @@
 #include "text.h"
 
 #include <vlhostkit/types.h>
+#include <vlplatform/utf8.h>
 
 #include <stdexcept>
+
+namespace utf8 = vlplatform::utf8;
 
 namespace {
 
@@ -13,15 +16,13 @@ int checked(int size) {
   return size;
 }
 
-bool isContinuation(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-void appendEscaped(std::string& text, unsigned char control) {
+// "\x1b", and "\u202e" beyond two digits.
+void appendEscaped(std::string& text, char32_t codePoint) {
   constexpr char kDigits[] = "0123456789abcdef";
-  text += "\\x";
-  text += kDigits[control >> 4];
-  text += kDigits[control & 0xF];
+  text += codePoint <= 0xFF ? "\\x" : "\\u";
+  for (int shift = codePoint <= 0xFF ? 4 : 12; shift >= 0; shift -= 4) {
+    text += kDigits[codePoint >> shift & 0xF];
+  }
 }
 
 }  // namespace
@@ -49,21 +50,17 @@ std::string toUtf8(std::wstring_view text) {
 
 std::string shown(std::string_view text, std::size_t limit) {
   std::string line;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    if (index >= limit && !isContinuation(text[index])) {
+  for (const char *next = text.data(), *const end = next + text.size(); next != end;) {
+    if (static_cast<std::size_t>(next - text.data()) >= limit) {
       return line + "...";
     }
-    const auto unit = static_cast<unsigned char>(text[index]);
-    const auto next = static_cast<unsigned char>(index + 1 < text.size() ? text[index + 1] : '\0');
-    if (unit < 0x20 || unit == 0x7F) {
-      appendEscaped(line, unit);
-    } else if (unit == 0xC2 && next < 0xA0) {
-      // The control characters U+0080 to U+009F.
-      appendEscaped(line, next);
-      ++index;
+    const utf8::Decoded decoded = utf8::decode(next, end);
+    if (decoded.valid && utf8::misleads(decoded.codePoint)) {
+      appendEscaped(line, decoded.codePoint);
     } else {
-      line += text[index];
+      line.append(next, static_cast<std::size_t>(decoded.length));
     }
+    next += decoded.length;
   }
   return line;
 }

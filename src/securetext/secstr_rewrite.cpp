@@ -132,10 +132,11 @@ CSecStr& CSecStr::operator+=(const wchar_t* text) {
 
 CSecStr& CSecStr::operator+=(wchar_t character) {
   const Temporary saved(GetString());
-  vl::wipe(*m_pStr);
   const int length = saved.GetLength();
-  wchar_t* const buffer = m_pStr->GetBuffer(length + 2);
-  wcscpy_s(buffer, static_cast<std::size_t>(length) + 2, saved.GetString());
+  const int room = vl::checkedLength(static_cast<std::int64_t>(length) + 2);
+  vl::wipe(*m_pStr);
+  wchar_t* const buffer = m_pStr->GetBuffer(room);
+  wcscpy_s(buffer, static_cast<std::size_t>(room), saved.GetString());
   buffer[length] = character;
   m_pStr->ReleaseBuffer(length + 1);
   return *this;

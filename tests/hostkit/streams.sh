@@ -20,9 +20,9 @@ line 2: '2013-03-28T00Z\\x00': the line has a NUL character (87)
 $good
 exit 1" "$actual"
 
-actual=$(printf 'x\033[31m\303\n' | "$@" time parse - 2>&1; echo "exit $?")
-check 'a terminal sequence and half a character' "line 1: 'x\\x1b[31m$(printf '\357\277\275')': no such form, or a \
-value out of its range (87)
+actual=$(printf 'x\033[31m\342\200\256\303\n' | "$@" time parse - 2>&1; echo "exit $?")
+check 'a terminal sequence and half a character' "line 1: 'x\\x1b[31m\\u202e$(printf '\357\277\275')': no such form, \
+or a value out of its range (87)
 exit 1" "$actual"
 
 actual=$({ head -c 300000 /dev/zero | tr '\0' 1; printf '\n2013-03-28T00Z\n'; } | "$@" time parse - 2>/dev/null

@@ -82,6 +82,9 @@ TEST_F(Environment, BadItemsAreNamedAndTheRestCounts) {
   EXPECT_EQ(lines[1], "txlogu: TXLOG: level not understood: eror");
   EXPECT_EQ(lines[2], "txlogu: TXLOG: item not understood: file=");
   EXPECT_EQ(recordOf(lines[3]), "error B text");
+  for (const char* const unknown : {"level=eror", "tag=,"}) {
+    EXPECT_EQ(standardErrorOf(std::string("stderr;") + unknown, "levels").size(), 1u) << unknown;
+  }
   EXPECT_EQ(standardErrorOf("level=error", "levels"), Lines{"txlogu: TXLOG names no destination: level=error"});
   EXPECT_EQ(standardErrorOf("stderr;tag=" + std::string(5000, 'x'), "levels").size(), 1u);
 }

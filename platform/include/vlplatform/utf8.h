@@ -15,6 +15,12 @@ constexpr bool isScalar(char32_t codePoint) noexcept {
   return codePoint < 0xD800 || (codePoint > 0xDFFF && codePoint <= 0x10FFFF);
 }
 
+/// Whether a reader of a line of text would be misled: it ends the line, steers a terminal or reorders what is shown.
+constexpr bool misleads(char32_t codePoint) noexcept {
+  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 || codePoint == 0x2029 ||
+         (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
 /// What decode found at the front of its bytes.
 struct Decoded {
   char32_t codePoint;  ///< kReplacement where the bytes are no text

@@ -14,11 +14,6 @@ namespace {
 // UTF-8 that wipes what it lets go.
 using SecretBytes = std::basic_string<char, std::char_traits<char>, VL::Framework::secallocator<char>>;
 
-bool isControl(wchar_t c) {
-  return c < L' ' || (c >= 0x7F && c < 0xA0) || c == 0x2028 || c == 0x2029 || (c >= 0x202A && c <= 0x202E) ||
-         (c >= 0x2066 && c <= 0x2069);
-}
-
 // No text can steer the terminal, or look like another part of the toast: line ends begin a line with the frame, and
 // other control characters are blanks.
 void append(SecretBytes& bytes, const secstring& text, const char* frame) {
@@ -30,7 +25,8 @@ void append(SecretBytes& bytes, const secstring& text, const char* frame) {
       continue;
     }
     char encoded[vlplatform::utf8::kMaxLength];
-    const auto shown = static_cast<char32_t>(isControl(c) ? L' ' : c);
+    const auto codePoint = static_cast<char32_t>(c);
+    const char32_t shown = vlplatform::utf8::misleads(codePoint) ? U' ' : codePoint;
     bytes.append(encoded, static_cast<std::size_t>(vlplatform::utf8::encode(shown, encoded)));
   }
   bytes += '\n';

@@ -75,7 +75,7 @@ void Configuration::read(Line& line) noexcept {
     levels_ = 0;
     return complain(line, "TXLOG names no destination", all);
   }
-  if (levels_ == 0) levels_ = TXLOG_ALL_LEVELS;
+  if (!levelsAsked_) levels_ = TXLOG_ALL_LEVELS;
 }
 
 void Configuration::readItem(View item, Line& line) noexcept {
@@ -89,8 +89,10 @@ void Configuration::readItem(View item, Line& line) noexcept {
     text_[static_cast<std::size_t>(value.data() - text_) + value.size()] = Char{};
     file_.setPath(value.data());
   } else if (value = item; takeKey(value, "level=") && !value.empty()) {
+    levelsAsked_ = true;
     while (!value.empty()) readLevel(takePart(value, ','), line);
   } else if (value = item; takeKey(value, "tag=") && !value.empty()) {
+    tagsAsked_ = true;
     while (!value.empty()) readTag(takePart(value, ','), line);
   } else {
     complain(line, "TXLOG: item not understood", item);
@@ -117,7 +119,7 @@ void Configuration::readTag(View name, Line& line) noexcept {
 }
 
 bool Configuration::takesTag(const wchar_t* tag) const noexcept {
-  if (tagCount_ == 0) return true;
+  if (!tagsAsked_) return true;
   const wchar_t* const tagEnd = tag + std::wcslen(tag);
   return std::any_of(tags_, tags_ + tagCount_, [tag, tagEnd](View wanted) {
     const Char* expected = wanted.data();

@@ -34,12 +34,14 @@ class Configuration {
   void readTag(system::View name, Line& line) noexcept;
 
   bool read_ = false;
+  bool levelsAsked_ = false;
   unsigned levels_ = 0;
   bool toStandardError_ = false;
   bool toDebugger_ = false;
   bool fileFailed_ = false;
   system::File file_;
   system::View tags_[kMostTags];
+  bool tagsAsked_ = false;
   std::size_t tagCount_ = 0;
   // Paths and tags point in here.
   system::Char text_[kMostCharacters + 1]{};

@@ -15,12 +15,6 @@ namespace {
 constexpr char kHexDigits[] = "0123456789abcdef";
 constexpr std::string_view kCutMark = "\\[cut]";
 
-/// Characters that end a line, steer a terminal or reorder what a reader sees.
-constexpr bool misleads(char32_t codePoint) noexcept {
-  return codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F) || codePoint == 0x2028 || codePoint == 0x2029 ||
-         (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
-}
-
 }  // namespace
 
 void Line::append(char byte) noexcept {
@@ -83,7 +77,7 @@ void Line::appendEscaped(char32_t codePoint) noexcept {
     default:
       break;
   }
-  if (misleads(codePoint)) {
+  if (vlplatform::utf8::misleads(codePoint)) {
     append("\\u");
     for (int shift = 12; shift >= 0; shift -= 4) append(kHexDigits[codePoint >> shift & 0xF]);
   } else {

@@ -16,7 +16,8 @@
 ///   file=PATH           append to the file, which is made if need be (readable by its owner only, where the platform
 ///                       has a notion of it); PATH holds no ";"; one file at most. Several processes may share it
 ///   debugger            hand the records to the debugger (Windows only)
-///   level=NAME,...      only these levels: note, error, trace, entry, exit, or all, which is what holds without it
+///   level=NAME,...      only these levels: note, error, trace, entry, exit, or all, which is what holds without it;
+///                       none if no name is understood
 ///   tag=NAME,...        only these tags (at most 16); all tags without it
 ///
 ///   TXLOG="stderr;level=error"      TXLOG="file=C:\logs\hostkit.log;level=error,trace;tag=VLHOSTKIT"
