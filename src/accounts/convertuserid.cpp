@@ -1,8 +1,6 @@
 // User ids of any shape to user name and NETBIOS domain name.
 #include <cstddef>
-#include <iterator>
 #include <string>
-#include <string_view>
 
 #include <vlhostkit/accounts.h>
 
@@ -17,13 +15,11 @@ using vl::Text;
 
 struct Narrow : vl::Narrow {
   static constexpr auto translate = &vlNetGetUserNameDomainFromUPNA;
-  static constexpr const wchar_t* domainTrace = L"vlNetConvertUserIdToNETBIOS Domain = %S";
   static constexpr bool tracesOutput = false;
 };
 
 struct Wide : vl::Wide {
   static constexpr auto translate = &vlNetGetUserNameDomainFromUPNW;
-  static constexpr const wchar_t* domainTrace = L"vlNetConvertUserIdToNETBIOS Domain = %ls";
   static constexpr bool tracesOutput = true;
 };
 
@@ -71,7 +67,8 @@ int convert(const String& userId, const String& domain, String& userName, String
   txlogLogBin(vl::kTag, TXLOG_TRACE, domain.data(), static_cast<int>(domain.size() * sizeof(Char)),
               L"vlNetConvertUserIdToNETBIOS Domain name");
   txlogLog(vl::kTag, TXLOG_TRACE, L"vlNetConvertUserIdToNETBIOS Username");
-  txlogLog(vl::kTag, TXLOG_TRACE, Width::domainTrace, domain.c_str());
+  txlogLog(vl::kTag, TXLOG_TRACE, kText<Text(L"vlNetConvertUserIdToNETBIOS Domain = ") + Width::longConversion>,
+           domain.c_str());
   if (userId.empty()) {
     return static_cast<int>(result);
   }
@@ -104,55 +101,37 @@ int convert(const String& userId, const String& domain, String& userName, String
 }
 
 template <class Width>
-struct FlatRecords {
-  static constexpr Text kName = Text(L"vlNetConvertUserIdToNETBIOS") + Width::suffix;
-  static constexpr const wchar_t* kEntry = kText<kName + Text(L" (%p,%p,%p,%p)")>;
-  static constexpr const wchar_t* kExit = kText<kName + Text(L" (%d)")>;
+constexpr Text kFlatName = Text(L"vlNetConvertUserIdToNETBIOS") + Width::suffix;
 
-  static void arguments(const typename Width::Char* domain) {
-    txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" User name")>);
-    if (domain != nullptr) {
-      txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" Domain name = ") + Width::conversion>, domain);
-    }
-  }
-  static void userTooSmall(DWORD capacity, DWORD length) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Insufficient buffer for user name (%d < %d)")>, capacity,
-             length);
-  }
-  static void userDelivered() {
-    if constexpr (Width::tracesOutput) {
-      txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" User name out")>);
-    }
-  }
-  static void domainTooSmall(DWORD capacity, DWORD length) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Insufficient buffer for domain (%d < %d)")>, capacity,
-             length);
-  }
-  static void domainDelivered([[maybe_unused]] const typename Width::Char* domain) {
-    if constexpr (Width::tracesOutput) {
-      txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" Domain out = ") + Width::conversion>, domain);
-    }
-  }
-};
+// Only the wide form traces what it hands out.
+template <class Width>
+constexpr vl::NameTexts kFlatTexts{
+    kText<kFlatName<Width> + Text(L" Insufficient buffer for user name (%d < %d)")>,
+    Width::tracesOutput ? kText<kFlatName<Width> + Text(L" User name out")> : nullptr,
+    kText<kFlatName<Width> + Text(L" Insufficient buffer for domain (%d < %d)")>,
+    Width::tracesOutput ? kText<kFlatName<Width> + Text(L" Domain out = ") + Width::conversion> : nullptr, 0};
 
 template <class Width, class Char = typename Width::Char>
 int convertFlat(const Char* userId, const Char* domain, vl::NameBuffer<Char> user, vl::NameBuffer<Char> domainOut) {
-  using Records = FlatRecords<Width>;
+  static constexpr Text kName = kFlatName<Width>;
   using String = typename Width::String;
-  using View = std::basic_string_view<Char>;
   int result = ERROR_INVALID_PARAMETER;
-  const vl::CallFrame frame(vl::kTag, Records::kEntry, vl::ExitWith(Records::kExit, result), domain, user.size,
-                            domainOut.text, domainOut.size);
+  const vl::CallFrame frame(vl::kTag, kText<kName + Text(L" (%p,%p,%p,%p)")>,
+                            vl::ExitWith(kText<kName + Text(L" (%d)")>, result), domain, user.size, domainOut.text,
+                            domainOut.size);
   if (userId == nullptr || user.size == nullptr || domainOut.size == nullptr) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<Records::kName + Text(L" Invalid parameter")>);
+    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Invalid parameter")>);
     return result;
   }
-  Records::arguments(domain);
+  txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" User name")>);
+  if (domain != nullptr) {
+    txlogLog(vl::kTag, TXLOG_TRACE, kText<kName + Text(L" Domain name = ") + Width::conversion>, domain);
+  }
   String userName;
   String domainName;
   result = vlNetConvertUserIdToNETBIOS(userId, domain != nullptr ? String(domain) : String(), userName, domainName);
   if (result == ERROR_SUCCESS) {
-    result = static_cast<int>(vl::deliver<Records, Char>(View(userName), user, View(domainName), domainOut));
+    result = static_cast<int>(vl::deliver<Char>(kFlatTexts<Width>, userName, user, domainName, domainOut));
   }
   return result;
 }

@@ -1,6 +1,5 @@
 // Who is logged on to the session that the process runs in.
 #include <string>
-#include <string_view>
 
 #include <vlhostkit/accounts.h>
 
@@ -16,16 +15,12 @@ using vl::Text;
 
 struct Narrow : vl::Narrow {
   static constexpr const wchar_t* entry = L"GetCurrentUserAndDomain std::string";
-  static BOOL query(WTS_INFO_CLASS what, char** text, DWORD* bytes) {
-    return WTSQuerySessionInformationA(WTS_CURRENT_SERVER_HANDLE, WTS_CURRENT_SESSION, what, text, bytes);
-  }
+  static constexpr auto query = &WTSQuerySessionInformationA;
 };
 
 struct Wide : vl::Wide {
   static constexpr const wchar_t* entry = L"GetCurrentUserAndDomain";
-  static BOOL query(WTS_INFO_CLASS what, wchar_t** text, DWORD* bytes) {
-    return WTSQuerySessionInformationW(WTS_CURRENT_SERVER_HANDLE, WTS_CURRENT_SESSION, what, text, bytes);
-  }
+  static constexpr auto query = &WTSQuerySessionInformationW;
 };
 
 // Sets `text` and returns true, or the last-error value says why not.
@@ -33,7 +28,7 @@ template <class Width, class String = typename Width::String>
 bool query(WTS_INFO_CLASS what, String& text) {
   vl::SessionBlock<typename Width::Char*> block;
   DWORD bytes = 0;
-  if (!Width::query(what, block.put(), &bytes)) {
+  if (!Width::query(WTS_CURRENT_SERVER_HANDLE, WTS_CURRENT_SESSION, what, block.put(), &bytes)) {
     return false;
   }
   text = block ? String(block.get()) : String();
@@ -64,39 +59,28 @@ int currentUser(String& userName, String& domainName) {
 }
 
 template <class Width>
-struct FlatRecords {
-  static constexpr Text kName = Text(L"vlNetGetCurrentUserAndDomain") + Width::suffix;
-  static constexpr const wchar_t* kEntry = kText<kName + Text(L" (%p,%p,%p)")>;
-  static constexpr const wchar_t* kExit = kText<kName + Text(L" (%d)")>;
+constexpr Text kFlatName = Text(L"vlNetGetCurrentUserAndDomain") + Width::suffix;
 
-  static void userTooSmall(DWORD capacity, DWORD length) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Insufficient buffer for user's name (%d < %d)")>, capacity,
-             length + 1);
-  }
-  static void userDelivered() {}
-  static void domainTooSmall(DWORD capacity, DWORD length) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Insufficient buffer for user's account domain (%d < %d)")>,
-             capacity, length + 1);
-  }
-  static void domainDelivered(const typename Width::Char*) {}
-};
+template <class Width>
+constexpr vl::NameTexts kFlatTexts{
+    kText<kFlatName<Width> + Text(L" Insufficient buffer for user's name (%d < %d)")>, nullptr,
+    kText<kFlatName<Width> + Text(L" Insufficient buffer for user's account domain (%d < %d)")>, nullptr, 1};
 
 template <class Width, class Char = typename Width::Char>
 int currentUserFlat(vl::NameBuffer<Char> user, vl::NameBuffer<Char> domain) {
-  using Records = FlatRecords<Width>;
-  using View = std::basic_string_view<Char>;
+  static constexpr Text kName = kFlatName<Width>;
   int result = ERROR_INVALID_PARAMETER;
-  const vl::CallFrame frame(vl::kTag, Records::kEntry, vl::ExitWith(Records::kExit, result), user.size, domain.text,
-                            domain.size);
+  const vl::CallFrame frame(vl::kTag, kText<kName + Text(L" (%p,%p,%p)")>,
+                            vl::ExitWith(kText<kName + Text(L" (%d)")>, result), user.size, domain.text, domain.size);
   if (user.size == nullptr || domain.size == nullptr) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<Records::kName + Text(L" invalid parameter")>);
+    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" invalid parameter")>);
     return result;
   }
   typename Width::String userName;
   typename Width::String domainName;
   result = vlNetGetCurrentUserAndDomain(userName, domainName);
   if (result == ERROR_SUCCESS) {
-    result = static_cast<int>(vl::deliver<Records, Char>(View(userName), user, View(domainName), domain));
+    result = static_cast<int>(vl::deliver<Char>(kFlatTexts<Width>, userName, user, domainName, domain));
   }
   return result;
 }

@@ -1,6 +1,4 @@
 // The name that an account had when its profile folder was made.
-#include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -9,7 +7,7 @@
 #include "accounts/names.h"
 #include "accounts/registrytext.h"
 #include "frame/callframe.h"
-#include "frame/handle.h"
+#include "frame/registrycalls.h"
 
 namespace {
 
@@ -17,16 +15,14 @@ namespace {
 DWORD readProfilePath(LPCWSTR sid, wchar_t (&path)[vl::kShortReadChars]) {
   const std::wstring keyPath = std::wstring(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList\\") + sid;
   vl::RegistryKey key;
-  auto code = static_cast<DWORD>(RegOpenKeyExW(HKEY_LOCAL_MACHINE, keyPath.c_str(), 0, KEY_QUERY_VALUE, key.put()));
+  DWORD code = vl::openKey(HKEY_LOCAL_MACHINE, keyPath.c_str(), KEY_QUERY_VALUE, key);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetGetInitialUserNameBeforeRenameW Can't open registry key %s (%d)",
              keyPath.c_str(), code);
     return code;
   }
-  DWORD type = 0;
   DWORD bytes = vl::kShortReadBytes<wchar_t>;
-  code = static_cast<DWORD>(
-      RegQueryValueExW(key.get(), L"ProfileImagePath", nullptr, &type, reinterpret_cast<BYTE*>(path), &bytes));
+  code = vl::queryValue(key, L"ProfileImagePath", nullptr, path, &bytes);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR,
              L"vlNetGetInitialUserNameBeforeRenameW Can't read registry value 'ProfileImagePath' (%d)", code);

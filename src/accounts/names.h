@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "frame/log.h"
 #include "platform.h"
 
 namespace vl {
@@ -21,31 +22,47 @@ struct NameBuffer {
   void storeSize(std::basic_string_view<Char> name) const { *size = static_cast<DWORD>(name.size() + 1); }
 };
 
-/// Two names at once. `Records` logs on the way: userTooSmall and domainTooSmall with capacity and length,
-/// userDelivered, and domainDelivered with the buffer.
-template <class Records, class Char>
-DWORD deliver(std::basic_string_view<Char> userName, NameBuffer<Char> user, std::basic_string_view<Char> domainName,
-              NameBuffer<Char> domain) {
+/// What the delivery of two names logs. The first texts show capacity and length, the length with `terminator` added;
+/// the second ones may be null, and that of the domain shows it.
+struct NameTexts {
+  const wchar_t* userTooSmall;
+  const wchar_t* userDelivered;
+  const wchar_t* domainTooSmall;
+  const wchar_t* domainDelivered;
+  DWORD terminator;
+};
+
+/// Two names at once.
+template <class Char>
+DWORD deliver(const NameTexts& texts, std::basic_string_view<Char> userName, NameBuffer<Char> user,
+              std::basic_string_view<Char> domainName, NameBuffer<Char> domain) {
+  const auto logTooSmall = [&](const wchar_t* text, DWORD capacity, std::size_t length) {
+    txlogLog(kTag, TXLOG_ERROR, text, capacity, static_cast<DWORD>(length) + texts.terminator);
+  };
   if (user.text != nullptr) {
     if (user.tooSmallFor(userName)) {
-      Records::userTooSmall(*user.size, static_cast<DWORD>(userName.size()));
+      logTooSmall(texts.userTooSmall, *user.size, userName.size());
       user.storeSize(userName);
       domain.storeSize(domainName);
       return ERROR_INSUFFICIENT_BUFFER;
     }
     user.copy(userName);
-    Records::userDelivered();
+    if (texts.userDelivered != nullptr) {
+      txlogLog(kTag, TXLOG_TRACE, texts.userDelivered);
+    }
   }
   user.storeSize(userName);
 
   DWORD result = ERROR_SUCCESS;
   if (domain.text != nullptr) {
     if (domain.tooSmallFor(domainName)) {
-      Records::domainTooSmall(*domain.size, static_cast<DWORD>(domainName.size()));
+      logTooSmall(texts.domainTooSmall, *domain.size, domainName.size());
       result = ERROR_INSUFFICIENT_BUFFER;
     } else {
       domain.copy(domainName);
-      Records::domainDelivered(domain.text);
+      if (texts.domainDelivered != nullptr) {
+        txlogLog(kTag, TXLOG_TRACE, texts.domainDelivered, domain.text);
+      }
     }
   }
   domain.storeSize(domainName);

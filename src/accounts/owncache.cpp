@@ -5,7 +5,7 @@
 #include "accounts/domaincache.h"
 #include "accounts/registrytext.h"
 #include "frame/callframe.h"
-#include "frame/handle.h"
+#include "frame/registrycalls.h"
 
 namespace {
 
@@ -13,11 +13,11 @@ using vl::kText;
 using vl::Text;
 
 // The value stays inside the capacity with its terminator, or counts as one that is longer.
-template <class Width, class Char = typename Width::Char>
+template <class Char>
 DWORD read(const vl::RegistryKey& key, const Char* name, Char* domainName, DWORD* size) {
   const DWORD capacity = std::min<DWORD>(*size, std::numeric_limits<DWORD>::max() / sizeof(Char));
   DWORD bytes = capacity * sizeof(Char);
-  const DWORD code = Width::query(key.get(), name, reinterpret_cast<BYTE*>(domainName), &bytes);
+  const DWORD code = vl::queryValue(key, name, nullptr, domainName, &bytes);
   if (code != ERROR_SUCCESS) {
     return code;
   }
@@ -39,16 +39,16 @@ DWORD find(const Char* upn, Char* domainName, DWORD* size) {
     return code;
   }
   vl::RegistryKey key;
-  code = Width::open(Width::ownCache, KEY_QUERY_VALUE, key.put());
+  code = vl::openKey(HKEY_LOCAL_MACHINE, vl::kOwnDomainCache<Char>, KEY_QUERY_VALUE, key);
   if (code != ERROR_SUCCESS) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Can't open registry key ") + Width::pathConversion>,
-             Width::ownCache);
+    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Can't open registry key ") + Width::longConversion>,
+             vl::kOwnDomainCache<Char>);
     return code;
   }
   const Char* const suffix = vl::findAt(upn) + 1;
-  code = read<Width>(key, suffix, domainName, size);
+  code = read(key, suffix, domainName, size);
   if (code != ERROR_SUCCESS) {
-    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Can't get value of registry key ") + Width::pathConversion>,
+    txlogLog(vl::kTag, TXLOG_ERROR, kText<kName + Text(L" Can't get value of registry key ") + Width::longConversion>,
              suffix);
   }
   return code;
@@ -63,9 +63,9 @@ BOOL lookUp(const Char* upn, Char* domainName, DWORD* size) {
 }  // namespace
 
 BOOL vlNetGetNETBIOSDomainNameFromUPNVistaW(LPCWSTR upn, LPWSTR domainName, DWORD* size) {
-  return lookUp<vl::WideUpn>(upn, domainName, size);
+  return lookUp<vl::Wide>(upn, domainName, size);
 }
 
 BOOL vlNetGetNETBIOSDomainNameFromUPNVistaA(LPCSTR upn, LPSTR domainName, DWORD* size) {
-  return lookUp<vl::NarrowUpn>(upn, domainName, size);
+  return lookUp<vl::Narrow>(upn, domainName, size);
 }

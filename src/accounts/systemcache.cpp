@@ -2,11 +2,15 @@
 #include <algorithm>
 #include <string_view>
 
-#include "accounts/domaincache.h"
+#include <vlhostkit/accounts.h>
+
 #include "accounts/registrytext.h"
-#include "frame/handle.h"
+#include "frame/registrycalls.h"
+#include "frame/width.h"
 
 namespace {
+
+constexpr vl::Text kPath{L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\DomainCache"};
 
 template <class Char>
 DWORD deliver(std::basic_string_view<Char> name, Char* domainName, DWORD* size) {
@@ -24,16 +28,16 @@ DWORD deliver(std::basic_string_view<Char> name, Char* domainName, DWORD* size) 
 }
 
 // The values' names are domains and their data are suffixes. An entry over the limits ends the search.
-template <class Width, class Char = typename Width::Char>
+template <class Char>
 DWORD find(const Char* suffix, Char* domainName, DWORD* size) {
   vl::RegistryKey key;
-  DWORD code = Width::open(Width::systemCache, KEY_READ, key.put());
+  DWORD code = vl::openKey(HKEY_LOCAL_MACHINE, vl::literal<Char, kPath>(), KEY_READ, key);
   for (DWORD index = 0; code == ERROR_SUCCESS; ++index) {
     Char name[vl::kShortReadChars];
     Char data[vl::kShortReadChars];
     DWORD chars = vl::kShortReadChars - 1;
     DWORD bytes = vl::kShortReadBytes<Char>;
-    code = Width::enumerate(key.get(), index, name, &chars, reinterpret_cast<BYTE*>(data), &bytes);
+    code = vl::enumerateValue(key, index, name, &chars, data, &bytes);
     if (code == ERROR_SUCCESS && vl::registryText(data, bytes) == suffix) {
       return deliver(std::basic_string_view<Char>(name, chars), domainName, size);
     }
@@ -41,18 +45,18 @@ DWORD find(const Char* suffix, Char* domainName, DWORD* size) {
   return code;
 }
 
-template <class Width, class Char = typename Width::Char>
+template <class Char>
 BOOL lookUp(const Char* suffix, Char* domainName, DWORD* size) {
-  const DWORD code = find<Width>(suffix, domainName, size);
+  const DWORD code = find(suffix, domainName, size);
   return code == ERROR_SUCCESS ? TRUE : vl::fail(code);
 }
 
 }  // namespace
 
 BOOL vlNetGetNETBIOSDomainNameFromUPNW(LPCWSTR upnSuffix, LPWSTR domainName, DWORD* size) {
-  return lookUp<vl::WideUpn>(upnSuffix, domainName, size);
+  return lookUp(upnSuffix, domainName, size);
 }
 
 BOOL vlNetGetNETBIOSDomainNameFromUPNA(LPCSTR upnSuffix, LPSTR domainName, DWORD* size) {
-  return lookUp<vl::NarrowUpn>(upnSuffix, domainName, size);
+  return lookUp(upnSuffix, domainName, size);
 }

@@ -6,13 +6,24 @@
 
 #include "accounts/domaincache.h"
 #include "accounts/registrytext.h"
-#include "frame/handle.h"
-#include "frame/log.h"
+#include "frame/registrycalls.h"
 
 namespace {
 
 using vl::kText;
 using vl::Text;
+
+struct Narrow : vl::Narrow {
+  static constexpr const char* translateName = "TranslateNameA";
+  static constexpr auto lookInSystemCache = &vlNetGetNETBIOSDomainNameFromUPNA;
+  static constexpr auto lookInOwnCache = &vlNetGetNETBIOSDomainNameFromUPNVistaA;
+};
+
+struct Wide : vl::Wide {
+  static constexpr const char* translateName = "TranslateNameW";
+  static constexpr auto lookInSystemCache = &vlNetGetNETBIOSDomainNameFromUPNW;
+  static constexpr auto lookInOwnCache = &vlNetGetNETBIOSDomainNameFromUPNVistaW;
+};
 
 template <class Char>
 using Translate = BOOLEAN(WINAPI*)(const Char* name, EXTENDED_NAME_FORMAT form, EXTENDED_NAME_FORMAT wanted,
@@ -31,24 +42,23 @@ void remember(const Char* upn, Char* samName) {
     return;
   }
   vl::RegistryKey key;
-  DWORD code = Width::open(Width::ownCache, KEY_WRITE, key.put());
+  DWORD code = vl::openKey(HKEY_LOCAL_MACHINE, vl::kOwnDomainCache<Char>, KEY_WRITE, key);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR,
-             kText<kName + Text(L" Can't open registry key ") + Width::pathConversion + Text(L" (%d)")>,
-             Width::ownCache, code);
+             kText<kName + Text(L" Can't open registry key ") + Width::longConversion + Text(L" (%d)")>,
+             vl::kOwnDomainCache<Char>, code);
     return;
   }
   using Traits = std::char_traits<Char>;
   Char* const samEnd = samName + Traits::length(samName);
   Char* const domainEnd = std::find(samName, samEnd, Char{'\\'});
   const Char behind = std::exchange(*domainEnd, Char{});
-  code = Width::set(key.get(), at + 1, reinterpret_cast<const BYTE*>(samName),
-                    static_cast<DWORD>((domainEnd - samName + 1) * sizeof(Char)));
+  code = vl::setValue(key, at + 1, REG_SZ, samName, static_cast<DWORD>((domainEnd - samName + 1) * sizeof(Char)));
   *domainEnd = behind;
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR,
-             kText<kName + Text(L" Can't set value of registry key ") + Width::pathConversion + Text(L" (%d)")>,
-             Width::ownCache, code);
+             kText<kName + Text(L" Can't set value of registry key ") + Width::longConversion + Text(L" (%d)")>,
+             vl::kOwnDomainCache<Char>, code);
   }
 }
 
@@ -123,9 +133,9 @@ BOOL decompose(const Char* upn, Char* samName, DWORD* size) {
 }  // namespace
 
 BOOL vlNetGetUserNameDomainFromUPNW(LPCWSTR upn, LPWSTR samName, DWORD* size) {
-  return decompose<vl::WideUpn>(upn, samName, size);
+  return decompose<Wide>(upn, samName, size);
 }
 
 BOOL vlNetGetUserNameDomainFromUPNA(LPCSTR upn, LPSTR samName, DWORD* size) {
-  return decompose<vl::NarrowUpn>(upn, samName, size);
+  return decompose<Narrow>(upn, samName, size);
 }

@@ -4,7 +4,7 @@
 
 #include "accounts/registrytext.h"
 #include "frame/callframe.h"
-#include "frame/handle.h"
+#include "frame/registrycalls.h"
 
 namespace {
 
@@ -19,21 +19,11 @@ std::wstring valueName(LPCWSTR userName, LPCWSTR domainName) {
   return name;
 }
 
-DWORD open(REGSAM access, vl::RegistryKey& key) {
-  return static_cast<DWORD>(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kPath, 0, access, key.put()));
-}
-
-DWORD query(const vl::RegistryKey& key, const std::wstring& name, wchar_t* data, DWORD* bytes) {
-  DWORD type = 0;
-  return static_cast<DWORD>(
-      RegQueryValueExW(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data), bytes));
-}
-
 // The value's text, or no block if there is no memory; the registry's code on failure. The value may have changed
 // since its size was asked for, and it may lack its terminator.
 DWORD readText(const vl::RegistryKey& key, const std::wstring& name, vl::HeapBlock<LPWSTR>& text) {
   DWORD bytes = 0;
-  DWORD code = query(key, name, nullptr, &bytes);
+  DWORD code = vl::queryValue(key, name.c_str(), nullptr, nullptr, &bytes);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetGetSidFromUserCacheW Can't get buffer size for registry value (%d)", code);
     return code;
@@ -42,7 +32,7 @@ DWORD readText(const vl::RegistryKey& key, const std::wstring& name, vl::HeapBlo
   if (!text) {
     return ERROR_SUCCESS;
   }
-  code = query(key, name, text.get(), &bytes);
+  code = vl::queryValue(key, name.c_str(), nullptr, text.get(), &bytes);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetGetSidFromUserCacheW Can't get value of registry key");
     return code;
@@ -62,7 +52,7 @@ BOOL vlNetAddSidToUserCacheW(LPCWSTR userName, LPCWSTR domainName, PSID sid) {
   }
   const std::wstring name = valueName(userName, domainName);
   vl::RegistryKey key;
-  DWORD code = open(KEY_WRITE, key);
+  DWORD code = vl::openKey(HKEY_LOCAL_MACHINE, kPath, KEY_WRITE, key);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetAddSidToUserCacheW Can't open UserCache key");
     return vl::fail(code);
@@ -74,9 +64,7 @@ BOOL vlNetAddSidToUserCacheW(LPCWSTR userName, LPCWSTR domainName, PSID sid) {
     return FALSE;
   }
   const std::wstring_view view = text.get();
-  code =
-      static_cast<DWORD>(RegSetValueExW(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(view.data()),
-                                        static_cast<DWORD>((view.size() + 1) * sizeof(wchar_t))));
+  code = vl::setValue(key, name.c_str(), REG_SZ, view.data(), static_cast<DWORD>((view.size() + 1) * sizeof(wchar_t)));
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetAddSidToUserCacheW Can't add user to UserCache registry key");
     return vl::fail(code);
@@ -93,7 +81,7 @@ BOOL vlNetGetSidFromUserCacheW(LPCWSTR userName, LPCWSTR domainName, PSID* sid) 
   }
   const std::wstring name = valueName(userName, domainName);
   vl::RegistryKey key;
-  DWORD code = open(KEY_QUERY_VALUE, key);
+  DWORD code = vl::openKey(HKEY_LOCAL_MACHINE, kPath, KEY_QUERY_VALUE, key);
   if (code != ERROR_SUCCESS) {
     txlogLog(vl::kTag, TXLOG_ERROR, L"vlNetGetSidFromUserCacheW Can't open registry key %s", kPath);
     return vl::fail(code);

@@ -13,15 +13,6 @@
 
 namespace vl {
 
-/// Registry results; the platform's own number reaches the log only.
-enum RegistryResult : int {
-  kRegistrySuccess = 0,
-  kRegistryCallFailed = -1,
-  kRegistryBufferTooSmall = -2,
-  kRegistryInvalidArgument = -3,
-  kRegistryWrongType = -4,
-};
-
 /// An exit record that shows the result as it is when the function ends.
 template <class Result>
 class ExitWith {

@@ -11,7 +11,7 @@
 
 namespace vl {
 
-inline constexpr const wchar_t* kRegistryTag = L"VLHOSTKIT";
+/// The tag of all families but the registry's.
 inline constexpr const wchar_t* kTag = L"txhostkit";
 
 /// A text that can be joined, and be a template argument.

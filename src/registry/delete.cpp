@@ -27,15 +27,15 @@ bool isSet(const bool& flag) {
 }
 
 int resultOf(DWORD code) {
-  return code == ERROR_SUCCESS ? vl::kRegistrySuccess : vl::kRegistryCallFailed;
+  return code == ERROR_SUCCESS ? kSuccess : kCallFailed;
 }
 
 int deleteValue(HKEY root, LPCWSTR path, LPCWSTR name, DWORD section) {
   vl::RegistryKey key;
-  DWORD code = openKey(root, path, section | KEY_SET_VALUE, key);
+  DWORD code = vl::openKey(root, path, section | KEY_SET_VALUE, key);
   if (code != ERROR_SUCCESS) {
     trace<kDeleteValue, L" : RegOpenKeyEx failed 0x%x">(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   code = static_cast<DWORD>(RegDeleteValueW(key.get(), name));
   trace<kDeleteValue, L" : RegDeleteValue returns 0x%x">(code);
@@ -47,7 +47,7 @@ int deleteKey(HKEY root, LPCWSTR path, bool withSubkeys, DWORD view) {
   const vl::Module library(LoadLibraryW(L"Advapi32.dll"));
   if (!library) {
     trace<kDeleteKey, L" : LoadLibrary(Advapi32.dll) failed">();
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   const auto deleteKeyEx = vl::entryPoint<DeleteKeyEx>(library, "RegDeleteKeyEx");
   const auto deleteTree =
@@ -55,7 +55,7 @@ int deleteKey(HKEY root, LPCWSTR path, bool withSubkeys, DWORD view) {
   if (withSubkeys && deleteTree == nullptr) {
     const int result = vlRegDeleteSubKey(root, path, view, true);
     trace<kDeleteKey, L" : vlRegDeleteSubKey returns 0x%x">(result);
-    return result == vl::kRegistrySuccess ? vl::kRegistrySuccess : vl::kRegistryCallFailed;
+    return result == kSuccess ? kSuccess : kCallFailed;
   }
   if (deleteKeyEx == nullptr) {
     const auto code = static_cast<DWORD>(RegDeleteKeyW(root, path));
@@ -76,8 +76,8 @@ int deleteChild(HKEY root, LPCWSTR path, LPCWSTR name, DWORD section) {
   wchar_t child[kPathCapacity] = {};
   if (path == nullptr || std::wcslen(path) + 1 + std::wcslen(name) >= kPathCapacity ||
       swprintf_s(child, kPathCapacity, L"%s\\%s", path, name) < 0) {
-    txlogLog(vl::kRegistryTag, TXLOG_ERROR, L"vlRegDeleteSubKey : no room for the path of subkey %s", name);
-    return vl::kRegistryCallFailed;
+    txlogLog(kTag, TXLOG_ERROR, L"vlRegDeleteSubKey : no room for the path of subkey %s", name);
+    return kCallFailed;
   }
   return vlRegDeleteSubKey(root, child, section, true);
 }
@@ -87,7 +87,7 @@ void deleteChildren(HKEY key, HKEY root, LPCWSTR path, DWORD section) {
   wchar_t name[kNameCapacity] = {};
   DWORD chars = kNameCapacity;
   while (RegEnumKeyExW(key, 0, name, &chars, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
-    if (deleteChild(root, path, name, section) != vl::kRegistrySuccess) {
+    if (deleteChild(root, path, name, section) != kSuccess) {
       return;
     }
     chars = kNameCapacity;
@@ -100,30 +100,30 @@ int deleteSubKey(HKEY root, LPCWSTR path, DWORD section, bool withKey) {
     const auto code = static_cast<DWORD>(RegDeleteKeyW(root, path));
     if (code == ERROR_SUCCESS) {
       trace<kDeleteSubKey, L" : RegDeleteKey returns 0x%x">(code);
-      return vl::kRegistrySuccess;
+      return kSuccess;
     }
   }
   vl::RegistryKey key;
-  const DWORD code = openKey(root, path, KEY_READ, key);
+  const DWORD code = vl::openKey(root, path, KEY_READ, key);
   if (code != ERROR_SUCCESS) {
     trace<kDeleteSubKey, L" : RegOpenKeyEx failed 0x%x">(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   deleteChildren(key.get(), root, path, section);
   key.reset();
-  return withKey ? resultOf(static_cast<DWORD>(RegDeleteKeyW(root, path))) : vl::kRegistrySuccess;
+  return withKey ? resultOf(static_cast<DWORD>(RegDeleteKeyW(root, path))) : kSuccess;
 }
 
 }  // namespace
 
 int vlRegDeleteValue(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueName, DWORD dwSection) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<kDeleteValue> call(result);
   if (!sectionPasses<kDeleteValue>(dwSection)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (pszKey == nullptr || pszValueName == nullptr) {
     trace<kDeleteValue, L" : pszKey or pszValueName is NULL">();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else {
     result = deleteValue(hKey, pszKey, pszValueName, dwSection);
   }
@@ -131,13 +131,13 @@ int vlRegDeleteValue(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueName, DWORD dwSe
 }
 
 int vlRegDeleteKey(HKEY hKey, LPCWSTR pszKey, bool bDeleteSubKeys, DWORD dwSection) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<kDeleteKey> call(result);
   if (!sectionPasses<kDeleteKey>(dwSection)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (pszKey == nullptr) {
     trace<kDeleteKey, L" : pszKey is NULL">();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else {
     const DWORD view = dwSection != 0 ? dwSection : KEY_WOW64_32KEY;
     result = deleteKey(hKey, pszKey, isSet(bDeleteSubKeys), view);
@@ -146,9 +146,9 @@ int vlRegDeleteKey(HKEY hKey, LPCWSTR pszKey, bool bDeleteSubKeys, DWORD dwSecti
 }
 
 int vlRegDeleteSubKey(HKEY hKey, LPCWSTR pszKey, DWORD dwSection, bool bDeleteKey) {
-  int result = vl::kRegistryCallFailed;
-  const vl::ExitFrame frame(vl::kRegistryTag, vl::ExitWith(kExitText<kDeleteSubKey>, result));
+  int result = kCallFailed;
+  const vl::ExitFrame frame(kTag, vl::ExitWith(kExitText<kDeleteSubKey>, result));
   result = sectionPasses<kDeleteSubKey>(dwSection) ? deleteSubKey(hKey, pszKey, dwSection, isSet(bDeleteKey))
-                                                   : vl::kRegistryInvalidArgument;
+                                                   : kInvalidArgument;
   return result;
 }

@@ -97,8 +97,8 @@ template <class Member>
 int walk(HKEY key, Member& element, typename Member::Slots slots, int* count) {
   DWORD code = element.read(key, 0);
   if (code != ERROR_SUCCESS) {
-    txlogLog(vl::kRegistryTag, TXLOG_ERROR, vl::kText<Member::kFirstFailed>, code);
-    return vl::kRegistryCallFailed;
+    txlogLog(kTag, TXLOG_ERROR, vl::kText<Member::kFirstFailed>, code);
+    return kCallFailed;
   }
   int index = 0;
   for (int failures = 0; slots != nullptr || failures < kMostFailures;) {
@@ -106,7 +106,7 @@ int walk(HKEY key, Member& element, typename Member::Slots slots, int* count) {
       if (index >= *count) {
         trace<Member::kName, Member::kLimitRest>();
         *count = index;
-        return vl::kRegistrySuccess;
+        return kSuccess;
       }
       element.store(slots, index);
     }
@@ -114,38 +114,37 @@ int walk(HKEY key, Member& element, typename Member::Slots slots, int* count) {
     code = element.read(key, index);
     if (code == ERROR_NO_MORE_ITEMS) {
       *count = index;
-      return vl::kRegistrySuccess;
+      return kSuccess;
     }
     failures = code == ERROR_SUCCESS ? 0 : failures + 1;
   }
   *count = index + 1 - kMostFailures;
-  return vl::kRegistrySuccess;
+  return kSuccess;
 }
 
 template <class Member>
 int listChecked(HKEY root, LPCWSTR path, Member& element, typename Member::Slots slots, int* count, DWORD section) {
   vl::RegistryKey key;
-  const DWORD code = openKey(root, path, section | Member::kAccess, key);
+  const DWORD code = vl::openKey(root, path, section | Member::kAccess, key);
   if (code != ERROR_SUCCESS) {
-    txlogLog(vl::kRegistryTag, slots != nullptr ? TXLOG_ERROR : TXLOG_TRACE,
-             L"RegOpenKeyEx failed with error code 0x%x", code);
-    return vl::kRegistryCallFailed;
+    txlogLog(kTag, slots != nullptr ? TXLOG_ERROR : TXLOG_TRACE, L"RegOpenKeyEx failed with error code 0x%x", code);
+    return kCallFailed;
   }
   return walk(key.get(), element, slots, count);
 }
 
 template <class Member>
 int list(HKEY root, LPCWSTR path, Member element, typename Member::Slots slots, int* count, DWORD section) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<Member::kName> call(result);
   if (!sectionPasses<Member::kName>(section)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (path == nullptr) {
     trace<Member::kName, L" : pszKey is NULL">();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (count == nullptr) {
     trace<Member::kName, Member::kCountNullRest>();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else {
     result = listChecked(root, path, element, slots, count, section);
   }

@@ -11,26 +11,10 @@
 
 namespace {
 
+using vl::Narrow;
 using vl::Text;
+using vl::Wide;
 using namespace vl::registry;
-
-struct Narrow : vl::Narrow {
-  static DWORD open(HKEY root, LPCSTR path, REGSAM access, vl::RegistryKey& key) {
-    return openKey(RegOpenKeyExA, root, path, access, key);
-  }
-  static DWORD query(HKEY key, LPCSTR name, DWORD* type, BYTE* data, DWORD* bytes) {
-    return static_cast<DWORD>(RegQueryValueExA(key, name, nullptr, type, data, bytes));
-  }
-};
-
-struct Wide : vl::Wide {
-  static DWORD open(HKEY root, LPCWSTR path, REGSAM access, vl::RegistryKey& key) {
-    return openKey(RegOpenKeyExW, root, path, access, key);
-  }
-  static DWORD query(HKEY key, LPCWSTR name, DWORD* type, BYTE* data, DWORD* bytes) {
-    return static_cast<DWORD>(RegQueryValueExW(key, name, nullptr, type, data, bytes));
-  }
-};
 
 // Where a value goes that has one size. `Value` is a DWORD or a ULONGLONG; callers of the generic read may pass any
 // address, so it is handled as bytes.
@@ -39,7 +23,7 @@ class FixedTarget {
  public:
   explicit FixedTarget(Value* value) : data_(reinterpret_cast<BYTE*>(value)) {}
 
-  static constexpr int kMoreDataResult = vl::kRegistryCallFailed;
+  static constexpr int kMoreDataResult = kCallFailed;
   bool isNull() const { return data_ == nullptr; }
   BYTE* data() const { return data_; }
   DWORD capacity() const { return sizeof(Value); }
@@ -62,7 +46,7 @@ class SizedTarget {
  public:
   SizedTarget(BYTE* data, DWORD* bytes) : data_(data), bytes_(bytes) {}
 
-  static constexpr int kMoreDataResult = vl::kRegistryBufferTooSmall;
+  static constexpr int kMoreDataResult = kBufferTooSmall;
   bool isNull() const { return bytes_ == nullptr; }
   BYTE* data() const { return data_; }
   DWORD capacity() const { return *bytes_; }
@@ -167,7 +151,7 @@ struct Binary : MemberDefaults {
   static constexpr DWORD kType = REG_BINARY;
   static constexpr Text kTypeName{L"REG_BINARY"};
   static void logValue(const BYTE* data, DWORD bytes) {
-    txlogLogBin(vl::kRegistryTag, TXLOG_TRACE, data, static_cast<int>(bytes),
+    txlogLogBin(kTag, TXLOG_TRACE, data, static_cast<int>(bytes),
                 vl::kText<kName + Text(L" : RegQueryValueEx returns")>);
   }
 };
@@ -175,36 +159,36 @@ struct Binary : MemberDefaults {
 template <class Member, class Char, class Target>
 int readChecked(HKEY root, const Char* path, const Char* name, Target target, DWORD section) {
   vl::RegistryKey key;
-  DWORD code = Member::Width::open(root, path, section | KEY_QUERY_VALUE, key);
+  DWORD code = vl::openKey(root, path, section | KEY_QUERY_VALUE, key);
   if (code != ERROR_SUCCESS) {
     trace<Member::kName, Member::kOpenFailedRest>(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   DWORD type = REG_NONE;
   DWORD bytes = target.capacity();
-  code = Member::Width::query(key.get(), name, &type, target.data(), &bytes);
+  code = vl::queryValue(key, name, &type, target.data(), &bytes);
   if (code != ERROR_SUCCESS) {
     trace<Member::kName, Member::kQueryFailedRest>(code);
-    return code == ERROR_MORE_DATA ? Target::kMoreDataResult : vl::kRegistryCallFailed;
+    return code == ERROR_MORE_DATA ? Target::kMoreDataResult : kCallFailed;
   }
   target.setSize(bytes);
   if (type != Member::kType) {
     trace<Member::kName, Text(L" : RegQueryValueEx returns type %d instead of ") + Member::kTypeName>(type);
-    return vl::kRegistryWrongType;
+    return kWrongType;
   }
   target.template log<Member>(bytes);
-  return vl::kRegistrySuccess;
+  return kSuccess;
 }
 
 template <class Member, class Char, class Target>
 int read(HKEY root, const Char* path, const Char* name, Target target, DWORD section) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<Member::kName> call(result);
   if (!sectionPasses<Member::kName>(section)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (path == nullptr || target.isNull()) {
     trace<Member::kName, Member::kNullRest>();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else {
     result = readChecked<Member>(root, path, name, target, section);
   }

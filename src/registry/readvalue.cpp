@@ -23,40 +23,40 @@ int readAs(DWORD type, HKEY root, LPCWSTR path, LPCWSTR name, BYTE* data, DWORD*
     case REG_QWORD:
       return vlRegReadQWORDValueExW(root, path, name, reinterpret_cast<ULONGLONG*>(data), section);
     default:
-      return vl::kRegistryWrongType;
+      return kWrongType;
   }
 }
 
 int probe(HKEY root, LPCWSTR path, LPCWSTR name, DWORD* type, DWORD* bytes, DWORD section) {
   vl::RegistryKey key;
-  DWORD code = openKey(root, path, section | KEY_QUERY_VALUE, key);
+  DWORD code = vl::openKey(root, path, section | KEY_QUERY_VALUE, key);
   if (code != ERROR_SUCCESS) {
     trace<kName, L" : RegOpenKeyEx failed 0x%x">(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   DWORD needed = *bytes;
-  code = static_cast<DWORD>(RegQueryValueExW(key.get(), name, nullptr, type, nullptr, &needed));
+  code = vl::queryValue(key, name, type, nullptr, &needed);
   if (code != ERROR_SUCCESS) {
     trace<kName, L" : RegQueryValueEx fails 0x%x">(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   *bytes = needed;
   trace<kName, L" : RegQueryValueEx returns type %d">(*type);
   trace<kName, L" : RegQueryValueEx returns length %d">(needed);
-  return vl::kRegistrySuccess;
+  return kSuccess;
 }
 
 }  // namespace
 
 int vlRegReadValueEx(HKEY hKey, LPCWSTR pszKey, LPCWSTR pszValueName, DWORD* pdwType, BYTE* pData, DWORD* pcbData,
                      DWORD dwSection) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<kName> call(result);
   if (!sectionPasses<kName>(dwSection)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (pszKey == nullptr || pdwType == nullptr || pcbData == nullptr) {
     trace<kName, L" : pszKey or pdwValue is NULL">();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (pData != nullptr) {
     result = readAs(*pdwType, hKey, pszKey, pszValueName, pData, pcbData, dwSection);
   } else {

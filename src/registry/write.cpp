@@ -15,23 +15,23 @@ int store(HKEY root, LPCWSTR path, LPCWSTR name, DWORD type, const void* data, D
       RegCreateKeyExW(root, path, 0, nullptr, REG_OPTION_NON_VOLATILE, section | KEY_WRITE, nullptr, &opened, nullptr));
   if (code != ERROR_SUCCESS) {
     trace<Function, L" : RegCreateKeyEx failed 0x%x">(code);
-    return vl::kRegistryCallFailed;
+    return kCallFailed;
   }
   const vl::RegistryKey key(opened);
-  code = static_cast<DWORD>(RegSetValueExW(key.get(), name, 0, type, static_cast<const BYTE*>(data), bytes));
+  code = vl::setValue(key, name, type, data, bytes);
   trace<Function, L" : RegSetValueEx returns 0x%x">(code);
-  return code == ERROR_SUCCESS ? vl::kRegistrySuccess : vl::kRegistryCallFailed;
+  return code == ERROR_SUCCESS ? kSuccess : kCallFailed;
 }
 
 template <Text Function>
 int write(HKEY root, LPCWSTR path, LPCWSTR name, DWORD type, const void* data, DWORD bytes, DWORD section) {
-  int result = vl::kRegistryCallFailed;
+  int result = kCallFailed;
   const Call<Function> call(result);
   if (!sectionPasses<Function>(section)) {
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else if (path == nullptr) {
     trace<Function, L" : pszKey is NULL">();
-    result = vl::kRegistryInvalidArgument;
+    result = kInvalidArgument;
   } else {
     result = store<Function>(root, path, name, type, data, bytes, section);
   }

@@ -9,19 +9,11 @@ namespace {
 struct Narrow : vl::Narrow {
   static constexpr auto print = &wsprintfA;
   static constexpr auto convertSid = &vlSysConvertSIDA;
-  static constexpr const char* revision = "S-%lu-";
-  static constexpr const char* authority = "%lu";
-  static constexpr const char* longAuthority = "0x%02hx%02hx%02hx%02hx%02hx%02hx";
-  static constexpr const char* subAuthority = "-%lu";
 };
 
 struct Wide : vl::Wide {
   static constexpr auto print = &wsprintfW;
   static constexpr auto convertSid = &vlSysConvertSIDW;
-  static constexpr const wchar_t* revision = L"S-%lu-";
-  static constexpr const wchar_t* authority = L"%lu";
-  static constexpr const wchar_t* longAuthority = L"0x%02hx%02hx%02hx%02hx%02hx%02hx";
-  static constexpr const wchar_t* subAuthority = L"-%lu";
 };
 
 // The longest text of a SID with that many sub-authorities, terminator counted, and a little more.
@@ -42,17 +34,17 @@ BOOL convert(PSID sid, Char* text, DWORD* size) {
     *size = demanded;
     return vl::fail(ERROR_INSUFFICIENT_BUFFER);
   }
-  text += Width::print(text, Width::revision, DWORD{1});
+  text += Width::print(text, vl::literal<Char, L"S-%lu-">(), DWORD{1});
   if (authority[0] == 0 && authority[1] == 0) {
     const DWORD number = static_cast<DWORD>(authority[2]) << 24 | static_cast<DWORD>(authority[3]) << 16 |
                          static_cast<DWORD>(authority[4]) << 8 | authority[5];
-    text += Width::print(text, Width::authority, number);
+    text += Width::print(text, vl::literal<Char, L"%lu">(), number);
   } else {
-    text += Width::print(text, Width::longAuthority, authority[0], authority[1], authority[2], authority[3],
-                         authority[4], authority[5]);
+    text += Width::print(text, vl::literal<Char, L"0x%02hx%02hx%02hx%02hx%02hx%02hx">(), authority[0], authority[1],
+                         authority[2], authority[3], authority[4], authority[5]);
   }
   for (DWORD i = 0; i < subAuthorities; ++i) {
-    text += Width::print(text, Width::subAuthority, *GetSidSubAuthority(sid, i));
+    text += Width::print(text, vl::literal<Char, L"-%lu">(), *GetSidSubAuthority(sid, i));
   }
   return TRUE;
 }

@@ -13,13 +13,11 @@ using vl::Text;
 
 struct Narrow : vl::Narrow {
   static constexpr const wchar_t* entry = L"vlSysGetSystemDrive (ANSI)";
-  static constexpr const char* variable = "SystemDrive";
   static constexpr auto read = &GetEnvironmentVariableA;
 };
 
 struct Wide : vl::Wide {
   static constexpr const wchar_t* entry = L"vlSysGetSystemDrive";
-  static constexpr const wchar_t* variable = L"SystemDrive";
   static constexpr auto read = &GetEnvironmentVariableW;
 };
 
@@ -35,7 +33,7 @@ int systemDrive(String& drive) {
   DWORD result = ERROR_SUCCESS;
   bool reachesExit = false;
   const vl::CallFrame frame(vl::kTag, Width::entry, vl::ExitIf(L"vlSysGetSystemDrive (%d)", result, reachesExit));
-  const DWORD chars = Width::read(Width::variable, nullptr, 0);
+  const DWORD chars = Width::read(vl::literal<Char, L"SystemDrive">(), nullptr, 0);
   if (chars == 0) {
     result = noVariable();
     return static_cast<int>(result);
@@ -47,7 +45,7 @@ int systemDrive(String& drive) {
              static_cast<DWORD>(chars * sizeof(Char)));
     return static_cast<int>(result);
   }
-  const DWORD written = Width::read(Width::variable, value.get(), chars);
+  const DWORD written = Width::read(vl::literal<Char, L"SystemDrive">(), value.get(), chars);
   if (written == 0 || written > chars) {
     result = noVariable();
     return static_cast<int>(result);

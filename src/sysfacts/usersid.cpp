@@ -14,17 +14,11 @@ using vl::kText;
 using vl::Text;
 
 struct Narrow : vl::Narrow {
-  static BOOL lookUp(const char* account, PSID sid, DWORD* sidBytes, char* domain, DWORD* domainChars,
-                     SID_NAME_USE* use) {
-    return LookupAccountNameA(nullptr, account, sid, sidBytes, domain, domainChars, use);
-  }
+  static constexpr auto lookUp = &LookupAccountNameA;
 };
 
 struct Wide : vl::Wide {
-  static BOOL lookUp(const wchar_t* account, PSID sid, DWORD* sidBytes, wchar_t* domain, DWORD* domainChars,
-                     SID_NAME_USE* use) {
-    return LookupAccountNameW(nullptr, account, sid, sidBytes, domain, domainChars, use);
-  }
+  static constexpr auto lookUp = &LookupAccountNameW;
 };
 
 DWORD lookupFailed(DWORD code) {
@@ -44,7 +38,7 @@ DWORD lookUp(const String& account, void*& sid) {
   DWORD sidBytes = 0;
   DWORD domainChars = 0;
   SID_NAME_USE use{};
-  if (Width::lookUp(account.c_str(), nullptr, &sidBytes, nullptr, &domainChars, &use)) {
+  if (Width::lookUp(nullptr, account.c_str(), nullptr, &sidBytes, nullptr, &domainChars, &use)) {
     return ERROR_SUCCESS;
   }
   const DWORD code = GetLastError();
@@ -59,7 +53,7 @@ DWORD lookUp(const String& account, void*& sid) {
   if (!domain) {
     return outOfMemory();
   }
-  if (!Width::lookUp(account.c_str(), sid, &sidBytes, domain.get(), &domainChars, &use)) {
+  if (!Width::lookUp(nullptr, account.c_str(), sid, &sidBytes, domain.get(), &domainChars, &use)) {
     return lookupFailed(GetLastError());
   }
   return ERROR_SUCCESS;

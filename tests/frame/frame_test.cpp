@@ -43,7 +43,7 @@ TEST_F(Frame, ExitShowsTheResultAsItIsAtTheEnd) {
     result = last;
     return result;
   };
-  EXPECT_EQ(function(vl::kRegistryWrongType), -4);
+  EXPECT_EQ(function(-4), -4);
   const auto records = log.take();
   ASSERT_EQ(records.size(), 3u);
   EXPECT_EQ(records[0].level, TXLOG_ENTRY);
@@ -59,7 +59,7 @@ TEST_F(Frame, ExitsOfOtherHabits) {
   EXPECT_TRUE(log.was({{L"txhostkit", TXLOG_ENTRY, L"vlBar"}, {L"txhostkit", TXLOG_EXIT, L"vlBar"}}));
   {
     const DWORD result = 0xFFFFFFFF;
-    const vl::ExitFrame frame(vl::kRegistryTag, vl::ExitWith(L"vlBaz 0x%x", result));
+    const vl::ExitFrame frame(L"VLHOSTKIT", vl::ExitWith(L"vlBaz 0x%x", result));
   }
   EXPECT_TRUE(log.was({{L"VLHOSTKIT", TXLOG_EXIT, L"vlBaz 0xffffffff"}}));
 }
