@@ -8,7 +8,6 @@
 #ifdef _WIN32
 #define SECURITY_WIN32  // which <secext.h> asks for
 #include <ntsecapi.h>
-#include <sddl.h>
 #include <secext.h>
 #include <sensapi.h>
 #include <wtsapi32.h>

@@ -1,8 +1,5 @@
 #include "accountcalls.h"
 
-#ifdef _WIN32
-#include <sddl.h>
-#endif
 #include <vlhostkit/accounts.h>
 #include <vlhostkit/sysfacts.h>
 

@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <oleauto.h>
+#include <sddl.h>
 #else
 #include <vlplatform/windows.h>
 #endif
