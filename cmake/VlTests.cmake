@@ -82,7 +82,7 @@ endfunction()
 
 function(vl_add_test_run test)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "EXECUTABLE;FILTER" "ENVIRONMENT")
-  set(arguments --gtest_output=xml:test-results/${test}.xml)
+  set(arguments --gtest_brief=1 --gtest_output=xml:test-results/${test}.xml)
   if(ARG_FILTER)
     list(APPEND arguments "--gtest_filter=${ARG_FILTER}")
   endif()

@@ -2,8 +2,8 @@
 # Looks for faults, and for what is not in the project's style, without running anything: with clang-tidy, clang-format
 # and shellcheck. Says nothing if all is well.
 #
-#   lint.sh            the product and its examples, with all scripts; clang-format on the tests, too
-#   lint.sh FOLDER...  clang-tidy on the sources below these folders only (src/registry)
+#   lint.sh            all sources and scripts
+#   lint.sh FOLDER...  the C++ sources below these folders only (src/registry)
 set -euo pipefail
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -13,15 +13,21 @@ status=0
 
 folders=("$@")
 if ((${#folders[@]} == 0)); then
-  folders=(src afx siblings platform examples)
-  find include "${folders[@]}" tests benchmarks fuzz \( -name '*.cpp' -o -name '*.h' \) -print0 |
-    xargs -0 clang-format --dry-run --Werror || status=1
+  folders=(include src afx siblings platform examples benchmarks tests fuzz)
   mapfile -t shell < <(find cmake docs examples scripts tests -name '*.sh')
   shellcheck --external-sources "${shell[@]}" .ci/run || status=1
 fi
 
-# A build folder of its own, never built in: tests compile some sources a second time, which would be read again.
-quietly build/lint/configure.log cmake --preset native -B build/lint -DVLHOSTKIT_TESTS=OFF -DVLHOSTKIT_EXAMPLES=ON
+find "${folders[@]}" \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run --Werror || status=1
+
+# A build folder of its own, never built in. Tests compile some sources a second time, which would be read again.
+quietly build/lint/configure.log cmake --preset native -B build/lint -DVLHOSTKIT_TESTS=ON -DVLHOSTKIT_BENCHMARKS=ON
+python3 - <<'END'
+import json
+path = "build/lint/compile_commands.json"
+commands = {command["file"]: command for command in reversed(json.load(open(path)))}
+json.dump(list(commands.values()), open(path, "w"), indent=1)
+END
 # Only what the target compiles: the sources for Windows are unknown to clang here.
 below=$(IFS='|' && echo "${folders[*]%/}")
 mapfile -t sources < <(sed -n 's/^ *"file": "\(.*\)",\?$/\1/p' build/lint/compile_commands.json |

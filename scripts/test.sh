@@ -112,6 +112,7 @@ count() {
 
 test_preset() {
   local preset=$1 folder=build/$1 status=0 p f s start=$SECONDS
+  say "$preset: building and testing"
   if ! build "$preset"; then
     say "$preset: the build FAILED"
     failed=$((failed + 1))

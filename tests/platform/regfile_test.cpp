@@ -1,6 +1,7 @@
 // Registry text and the files that hold it.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -17,7 +18,8 @@ namespace {
 class RegFile : public support::MachineTest {
  protected:
   vlplatform::Registry& registry = machine().registry();
-  const std::filesystem::path folder = std::filesystem::absolute("test-results/regfile");
+  const std::filesystem::path folder =
+      std::filesystem::path(testing::TempDir()) / ("vlregfile" + std::to_string(getpid()));
   const std::string file = (folder / "r.reg").string();
   void SetUp() override {
     MachineTest::SetUp();
@@ -25,7 +27,11 @@ class RegFile : public support::MachineTest {
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
   }
-  void TearDown() override { unsetenv("VLPLATFORM_REGISTRY"), MachineTest::TearDown(); }
+  void TearDown() override {
+    unsetenv("VLPLATFORM_REGISTRY");
+    std::filesystem::remove_all(folder);
+    MachineTest::TearDown();
+  }
   static LSTATUS set(const std::wstring& name, DWORD type, const std::vector<BYTE>& data) {
     HKEY key = nullptr;
     LSTATUS code = RegCreateKeyExW(HKEY_USERS, L"K", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);

@@ -125,7 +125,7 @@ std::vector<Row> rowsByWidth() {
   static const auto upn = support::as<Char>("Quetzalcoatl@corp.example"), suffix = support::as<Char>("corp.example");
   static const auto user = support::as<Char>("Quetzalcoatl"), domain = support::as<Char>("CORP");
   static const Promise kSid{.failures = {kSweepCode}, .untouched = kAll & ~kSeen, .throws = true};
-  static const Promise kSidText{.failures = {kSweepCode}};
+  static const Promise kAllOrNothing{.failures = {kSweepCode}};
   static const Promise kDrive{
       .failures = {kSweepCode}, .numbers = {{"GetDriveType", 15}}, .untouched = kAll & ~kSizes, .throws = true};
   static Promise kChain = kNames, kBothOrNone = kNames, kUserFirst = kNames, kVariable = kDrive;
@@ -165,9 +165,9 @@ std::vector<Row> rowsByWidth() {
            [](Bench& io) { return Facts::userSid(user.c_str(), domain.c_str(), &io.sid); }},
           {"vlSysGetUserSID" + string, &kSid, account, L"vlSysGetUserSID (%d)",
            [](Bench& io) { return vlSysGetUserSID(user, domain, io.sid); }},
-          {"vlSysConvertSID" + letter, &kSidText, "IsValidSid", L"",
+          {"vlSysConvertSID" + letter, &kAllOrNothing, "IsValidSid", L"",
            [](Bench& io) { return error(Facts::convertSid(io.known, io.out<Char>(), &io.size)); }},
-          {"vlSysObtainSID" + letter, &kSidText, "GetTokenInformation LocalAlloc IsValidSid", L"",
+          {"vlSysObtainSID" + letter, &kAllOrNothing, "GetTokenInformation LocalAlloc IsValidSid", L"",
            [](Bench& io) { return error(Facts::obtainSid(io.token, io.out<Char>(), &io.size)); }}};
 }
 

@@ -126,7 +126,7 @@ class Torture : public Bench, public testing::WithParamInterface<Row> {
     const std::string outcome = std::to_string(made.outcome.result) + ' ' + std::string(made.outcome.thrown);
     EXPECT_TRUE(isWhole(made) ? failed.empty() || !allocation
                               : !failed.empty() && isDocumented(made.outcome, failed, allocation, forEver))
-        << outcome;
+        << "ended in " << outcome << ", which the row does not promise";
     const Parts& expected = isWhole(made) ? whole.after : made.before;
     const unsigned loose = isWhole(made) ? row.promise->varying : kAll & ~row.promise->untouched;
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -172,7 +172,8 @@ class Torture : public Bench, public testing::WithParamInterface<Row> {
     EXPECT_TRUE(failed.empty() || only != nullptr) << row.name << " does not end";
     if (!allocation && !forEver && only == nullptr) {
       std::istringstream words(row.decisive);
-      EXPECT_EQ(decisive, std::set<std::string>(std::istream_iterator<std::string>(words), {}));
+      EXPECT_EQ(decisive, std::set<std::string>(std::istream_iterator<std::string>(words), {}))
+          << "which calls decide: no gate in one, or not in the row";
     }
   }
 
@@ -228,7 +229,7 @@ TEST(TortureRows, NothingIsLeftOut) {
     } else if (line.find("std::allocator") != std::string::npos) {
       name += wide ? "(std::wstring)" : "(std::string)";
     }
-    EXPECT_TRUE(functions.contains(name)) << line;
+    EXPECT_TRUE(functions.contains(name)) << line << " has no row";
   }
   EXPECT_GT(lines, 150);
 }
