@@ -21,24 +21,20 @@ class OnMachine : public Accounts {
   static bool allAreRight() {
     using Char = typename Width::Char;
     const auto upn = as<Char>("Quetzalcoatl@corp.example"), suffix = as<Char>("corp.example");
-    Char user[64], domain[64], sam[64], cached[64];
-    DWORD sizes[] = {64, 64, 64, 64};
-    const bool right = Width::convert(upn.c_str(), suffix.c_str(), user, &sizes[0], domain, &sizes[1]) == 0 &&
-                       Width::decompose(upn.c_str(), sam, &sizes[2]) &&
-                       Width::systemCache(suffix.c_str(), cached, &sizes[3]) && user == as<Char>("Quetzalcoatl") &&
-                       domain == as<Char>("CORP") && sam == as<Char>("CORP\\Quetzalcoatl") &&
-                       cached == as<Char>("CORP");
-    sizes[0] = sizes[1] = 64;
-    return right && Width::currentUser(user, &sizes[0], domain, &sizes[1]) == 0 && user == as<Char>("Quetzalcoatl");
+    const auto userName = as<Char>("Quetzalcoatl"), domainName = as<Char>("CORP");
+    Char names[6][64];
+    DWORD sizes[] = {64, 64, 64, 64, 64, 64};
+    return Width::convert(upn.c_str(), suffix.c_str(), names[0], &sizes[0], names[1], &sizes[1]) == 0 &&
+           Width::decompose(upn.c_str(), names[2], &sizes[2]) && names[2] == as<Char>("CORP\\Quetzalcoatl") &&
+           Width::systemCache(suffix.c_str(), names[3], &sizes[3]) && names[3] == domainName &&
+           Width::currentUser(names[4], &sizes[4], names[5], &sizes[5]) == 0 && names[0] == userName &&
+           names[1] == domainName && names[4] == userName && names[5] == domainName;
   }
   static bool processIsRight() {
     wchar_t user[64], domain[64], initial[64];
     DWORD sizes[] = {64, 64, 64};
-    PSID sid = nullptr;
-    const bool found = vlNetLookupUserNameW(kUser, L"CORP", &sid) && sid != nullptr;
-    HeapFree(GetProcessHeap(), 0, sid);
-    return found && vlNetGetCurrentProcessUserAndDomainW(user, &sizes[0], domain, &sizes[1]) == 0 &&
-           vlNetGetInitialUserNameBeforeRenameW(kUser, L"CORP", initial, &sizes[2]) && user == std::wstring(kUser) &&
+    return vlNetGetCurrentProcessUserAndDomainW(user, &sizes[0], domain, &sizes[1]) == 0 &&
+           user == std::wstring(kUser) && vlNetGetInitialUserNameBeforeRenameW(kUser, L"CORP", initial, &sizes[2]) &&
            domain == L"CORP"s && initial == L"Xolotl"s;
   }
 };
@@ -61,7 +57,7 @@ TEST_F(OnMachine, QueriesOfTheSessionThatFail) {
 
 TEST_F(OnMachine, AHundredThreadsAtOnce) {
   std::atomic<int> good{0};
-  std::vector<std::thread> threads;
+  std::vector<std::jthread> threads;
   const auto own = [](const wchar_t* prefix, int i) { return prefix + std::to_wstring(i); };
   for (int i = 0; i < 100; ++i) {
     threads.emplace_back([=, &good] {
@@ -74,9 +70,7 @@ TEST_F(OnMachine, AHundredThreadsAtOnce) {
       good += vlNetGetUserNameDomainFromUPNW(upn.c_str(), name, &size) && name == own(L"D", i) + L"\\u";
     });
   }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  threads.clear();
   EXPECT_EQ(good, 200);
   for (int i = 0; i < 100; ++i) {
     const auto expected = std::pair{DWORD{REG_SZ}, terminated(own(L"D", i))};

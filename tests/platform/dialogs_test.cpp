@@ -83,10 +83,7 @@ TEST_F(DialogsTest, AModalDialogRunsUntilItEnds) {
 TEST_F(DialogsTest, EditControlsTakeWhatIsTyped) {
   const std::string change = "273:100/1024 273:100/768 ";
   const std::tuple<int, int, int, int, std::wstring, std::wstring, int, std::string> rows[] = {
-      {100, 5, 5, 0,
-       L"a\t\x1B\x7F"
-       "b\b",
-       L"starta", 6, change + change + change},
+      {100, 5, 5, 0, L"a\t\033\177b\b", L"starta", 6, change + change + change},
       {100, 0, -1, 0, L"x", L"x", 1, change},
       {100, 2, 2, 0, L"\b\b\b", L"art", 0, change + change},
       {100, 1, 1, 6, L"xy", L"sxtart", 2, change + "273:100/1281 "},

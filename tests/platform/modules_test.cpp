@@ -35,6 +35,14 @@ TEST_F(ModulesTest, NamesIgnoreCaseAndEntryPointsDoNot) {
   EXPECT_EQ(errorOf(!FreeLibrary(module)), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
+// As with all releases: the reference goes although the call fails.
+TEST_F(ModulesTest, AReleaseThatIsMadeToFailTellsSo) {
+  const HMODULE module = LoadLibraryW(L"kernel32.dll");
+  faults().fail("FreeLibrary", 1, vlplatform::FaultSpan::once, 4321);
+  EXPECT_EQ(errorOf(!FreeLibrary(module)), 4321u);
+  expectNothingOpen();
+}
+
 TEST_F(ModulesTest, WhatIsNotThereHasItsCode) {
   for (const wchar_t* const name : {L"no.such.module.dll", L"/lib/x86_64-linux-gnu/libm.dll", L".dll", L""}) {
     EXPECT_EQ(errorOf(LoadLibraryW(name) == nullptr), DWORD{ERROR_MOD_NOT_FOUND}) << testing::PrintToString(name);

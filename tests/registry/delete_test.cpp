@@ -41,18 +41,15 @@ TEST_F(Delete, Value) {
 }
 
 // Stand for what the platform does not have under these names.
-struct Calls {
-  std::vector<std::wstring> made;
-  LONG treeCode = 0;
-  LONG keyCode = 0;
-} calls;
+std::wstring made;
+LONG treeCode, keyCode;
 LONG WINAPI deleteKeyEx(HKEY, LPCWSTR, REGSAM view, DWORD reserved) {
-  calls.made.push_back(L"RegDeleteKeyEx " + hex(view) + L" " + std::to_wstring(reserved));
-  return calls.keyCode;
+  made += L"RegDeleteKeyEx " + hex(view) + L" " + std::to_wstring(reserved);
+  return keyCode;
 }
 LONG WINAPI deleteTree(HKEY, LPCWSTR) {
-  calls.made.push_back(L"RegDeleteTree");
-  return calls.treeCode;
+  made += L"RegDeleteTree ";
+  return treeCode;
 }
 template <class Function>
 support::EntryPoint entryPoint(const char* name, Function* function) {
@@ -82,23 +79,17 @@ TEST_F(Delete, KeyByTheEntryPointsThatAreFound) {
   for (const DWORD section : kSections) {
     for (const auto& row : rows) {
       create(L"");
-      calls = {{}, row.treeCode, row.keyCode};
-      {
-        const support::EntryPoints points(L"Advapi32.dll",
-                                          {entryPoint("RegDeleteKeyEx", row.found ? &deleteKeyEx : nullptr),
-                                           entryPoint("RegDeleteTree", row.tree ? &deleteTree : nullptr)});
-        EXPECT_EQ(vlRegDeleteKey(kRoot, path().c_str(), row.flag, section), row.result);
-      }
+      made.clear();
+      std::tie(treeCode, keyCode) = std::pair(row.treeCode, row.keyCode);
+      const support::EntryPoints points(L"Advapi32.dll",
+                                        {entryPoint("RegDeleteKeyEx", row.found ? &deleteKeyEx : nullptr),
+                                         entryPoint("RegDeleteTree", row.tree ? &deleteTree : nullptr)});
+      EXPECT_EQ(vlRegDeleteKey(kRoot, path().c_str(), row.flag, section), row.result);
       EXPECT_TRUE(logged(framed(kKey, row.result, row.lines)));
-      std::vector<std::wstring> made;
-      if (row.found && row.flag && row.tree) {
-        made.push_back(L"RegDeleteTree");
-      }
-      if (row.found && (!row.flag || row.tree)) {
-        made.push_back(L"RegDeleteKeyEx " + hex(section == 0 ? KEY_WOW64_32KEY : section) + L" 0");
-      }
-      EXPECT_EQ(calls.made, made);
-      EXPECT_EQ(static_cast<bool>(Key(path())), !made.empty());  // the stand-ins delete nothing
+      const std::wstring byKey = L"RegDeleteKeyEx " + hex(section == 0 ? KEY_WOW64_32KEY : section) + L" 0";
+      const bool byTree = row.flag && row.tree, called = row.found && (!row.flag || row.tree);
+      EXPECT_EQ(made, called ? (byTree ? L"RegDeleteTree " + byKey : byKey) : L"");
+      EXPECT_EQ(static_cast<bool>(Key(path())), called);  // the stand-ins delete nothing
     }
   }
 }

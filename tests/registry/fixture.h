@@ -5,7 +5,6 @@
 #include <functional>
 #include <sstream>
 
-#include <support/failingcall.h>
 #include <support/guardedbuffer.h>
 #include <support/registrytest.h>
 #include <vlhostkit/vlhostkit.h>

@@ -28,9 +28,9 @@ class Write : public RegistryTest {
     Key::create(path(L"volatile"), 0, REG_OPTION_VOLATILE);  // whose subkeys must be volatile too
     EXPECT_EQ(plain(kRoot, path(L"volatile\\b").c_str(), L"v", data...), -1);
     EXPECT_TRUE(tracedOnce(name, -1, L" : RegCreateKeyEx failed 0x3fd"));
-    const support::FailingCall fault("RegSetValueExW", ERROR_ACCESS_DENIED);
-    EXPECT_EQ(plain(kRoot, path(L"new").c_str(), L"v", data...), -1);
-    EXPECT_TRUE(tracedOnce(name, -1, L" : RegSetValueEx returns 0x5"));
+    const std::wstring tooLong(16384, L'v');
+    EXPECT_EQ(plain(kRoot, path(L"new").c_str(), tooLong.c_str(), data...), -1);
+    EXPECT_TRUE(tracedOnce(name, -1, L" : RegSetValueEx returns 0x57"));
     EXPECT_TRUE(Key(path(L"new")));
   }
 

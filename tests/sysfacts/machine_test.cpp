@@ -1,5 +1,6 @@
 // Drives that are made up, and memory that is not there. Native only.
 #include <cstdlib>
+#include <functional>
 
 #include <support/allocfault.h>
 
@@ -24,31 +25,22 @@ class OnMachine : public MachineTest {
 };
 
 TEST_F(OnMachine, TheCursorOfAListWithGaps) {
-  const auto expectNext = [](const char* cursor, const char* next) {
-    const auto walk = [=](auto drive, auto expected) {
-      EXPECT_EQ(vlSysGetFixedDrive(drive), next[0] != '\0' ? 0 : 15) << cursor;
-      EXPECT_EQ(drive, expected);
-    };
-    const char* const expected = next[0] != '\0' ? next : cursor;
-    walk(as<char>(cursor), as<char>(expected));
-    walk(as<wchar_t>(cursor), as<wchar_t>(expected));
+  const auto expectNext = [](const std::wstring& next, const std::vector<std::wstring>& cursors) {
+    for (const std::wstring& cursor : cursors) {
+      std::wstring wide = cursor;
+      std::string narrow(cursor.begin(), cursor.end());
+      EXPECT_EQ(vlSysGetFixedDrive(wide), next.empty() ? 15 : 0) << narrow;
+      EXPECT_EQ(vlSysGetFixedDrive(narrow), next.empty() ? 15 : 0);
+      EXPECT_EQ(wide, next.empty() ? cursor : next);
+      EXPECT_EQ(widened(narrow), wide);
+    }
   };
-  for (const auto& [cursor, next] : {std::pair("", "C:"),
-                                     {"C:", "E:"},
-                                     {"C:\\", "E:"},
-                                     {"E:", ""},
-                                     {"E:\\", ""},
-                                     {"D:", "E:"},
-                                     {"A:", "C:"},
-                                     {"c:", "C:"},
-                                     {"Z:", "C:"},
-                                     {"\\", "C:"},
-                                     {"C:\\\\", "C:"}}) {
-    expectNext(cursor, next);
-  }
+  expectNext(L"C:", {L"", L"A:", L"c:", L"Z:", L"\\", L"C:\\\\"});
+  expectNext(L"E:", {L"C:", L"C:\\", L"D:"});
+  expectNext(L"", {L"E:", L"E:\\"});
   machine().drives().remove(L'C');
   machine().drives().remove(L'E');
-  expectNext("", "");
+  expectNext(L"", {L""});
 }
 
 TEST_F(OnMachine, WhatChangesBetweenTwoCallsIsRefusedWithTheNumberThatIsThere) {
@@ -73,34 +65,32 @@ TEST_F(OnMachine, WithoutMemory) {
   if (!kCountsMalloc) {
     GTEST_SKIP() << "malloc is the sanitizer's";
   }
-  LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
   // Short texts take no memory of their own, so that the first allocation is the library's.
-  const std::string user = "alice", domain = "CORP";
-  for (std::uint64_t n = 1; n <= 2; ++n) {
-    void* sid = &log;
-    AllocFault fault(n);
-    const unsigned long result = vlSysGetUserSID(user, domain, sid);
+  std::string user = "alice", domain = "CORP", narrow = "x";
+  std::wstring wide = L"x";
+  void* sid = nullptr;
+  const auto failure = [](const wchar_t* name, std::size_t bytes) {
+    return name + std::wstring(L" Memory allocation failed (") + std::to_wstring(bytes) + L" bytes)";
+  };
+  const struct {
+    std::function<unsigned long()> call;
+    std::uint64_t n;
+    std::wstring record;
+  } rows[] = {{[&] { return vlSysGetFixedDrive(narrow); }, 1, failure(L"GetFixedDrive", 17)},
+              {[&] { return vlSysGetFixedDrive(wide); }, 1, failure(L"GetFixedDrive", 17 * sizeof(wchar_t))},
+              {[&] { return vlSysGetSystemDrive(narrow); }, 1, failure(L"vlSysGetSystemDrive", 3)},
+              {[&] { return vlSysGetSystemDrive(wide); }, 1, failure(L"vlSysGetSystemDrive", 3 * sizeof(wchar_t))},
+              {[&] { return vlSysGetUserSID(user, domain, sid); }, 2, L"vlSysGetUserSID Memory allocation failed\n"}};
+  for (const auto& row : rows) {
+    LogCapture log(TXLOG_LEVEL_BIT(TXLOG_ERROR));
+    AllocFault fault(row.n);
+    const unsigned long result = row.call();
     EXPECT_TRUE(fault.end());
     EXPECT_EQ(result, 8u);
-    EXPECT_EQ(sid != nullptr, n == 2);
-    EXPECT_TRUE(log.was({failed(L"vlSysGetUserSID Memory allocation failed\n")}));
-    std::free(sid);
+    EXPECT_TRUE(log.was({failed(row.record)}));
   }
-  const auto fails = [&](auto function, auto drive, const std::wstring& name, std::size_t bytes) {
-    const auto before = drive;
-    AllocFault fault(1);
-    const int result = function(drive);
-    EXPECT_TRUE(fault.end());
-    EXPECT_EQ(result, 8);
-    EXPECT_EQ(drive, before);
-    EXPECT_TRUE(log.was({failed(name + L" Memory allocation failed (" + std::to_wstring(bytes) + L" bytes)")}));
-  };
-  const auto fixed = [](auto& drive) { return vlSysGetFixedDrive(drive); };
-  const auto system = [](auto& drive) { return vlSysGetSystemDrive(drive); };
-  fails(fixed, std::string("x"), L"GetFixedDrive", 17);
-  fails(fixed, std::wstring(L"x"), L"GetFixedDrive", 17 * sizeof(wchar_t));
-  fails(system, std::string("x"), L"vlSysGetSystemDrive", 3);
-  fails(system, std::wstring(L"x"), L"vlSysGetSystemDrive", 3 * sizeof(wchar_t));
+  EXPECT_TRUE(narrow == "x" && wide == L"x" && sid != nullptr);  // the caller's from its allocation on
+  std::free(sid);
 }
 
 }  // namespace

@@ -1,22 +1,15 @@
-#include <gtest/gtest.h>
-
 #include "conversion.h"
 
 namespace timetext {
 namespace {
 
-class Comparison : public support::MachineTest {};
-
-constexpr int kRefused = ERROR_INVALID_PARAMETER;
+using Comparison = MachineTest;
 
 TEST_F(Comparison, Results) {
-  struct Row {
-    const wchar_t* first;
-    const wchar_t* second;
-    int result;
-    int swapped;
-  };
-  const Row rows[] = {
+  const struct {
+    const wchar_t *first, *second;
+    int result, swapped;
+  } rows[] = {
       {L"2013-03-28T12:00:00Z", L"2013-03-28T12:00:00Z", 0, 0},
       {L"2013-03-28T12:00:00Z", L"20130328 12+", 0, 0},
       {L"2013-03-28T12:00:00Z", L"2013-03-28T13:00:00+01:00", 0, 0},
@@ -28,51 +21,35 @@ TEST_F(Comparison, Results) {
       {L"2013-03-28T12:00:00", L"2013-03-28T12:00:01", -1, 1},
       {L"2013-03-28", L"2013-03-28T00:00", 0, 0},
       // One of them is no text, or no time of the calendar.
-      {L"2013-03-28T12:00:00Z", L"2013-13-28T12:00:00Z", kRefused, kRefused},
-      {L"2013-03-28T12:00:00Z", L"", kRefused, kRefused},
-      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00Z", kRefused, kRefused},
-      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00", kRefused, kRefused},
-      {L"2013-03-28T12:00:00Z", nullptr, kRefused, kRefused},
-      {nullptr, nullptr, kRefused, kRefused},
+      {L"2013-03-28T12:00:00Z", L"2013-13-28T12:00:00Z", 87, 87},
+      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00Z", 87, 87},
+      {L"2013-03-28T12:00:00Z", L"2013-02-31T00:00:00", 87, 87},
+      {L"2013-03-28T12:00:00Z", nullptr, 87, 87},
+      {nullptr, nullptr, 87, 87},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(vlSysCompareISO8601(row.first, row.second), row.result)
-        << testing::PrintToString(row.first) << testing::PrintToString(row.second);
-    EXPECT_EQ(vlSysCompareISO8601(row.second, row.first), row.swapped)
-        << testing::PrintToString(row.first) << testing::PrintToString(row.second);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.first) + testing::PrintToString(row.second));
+    EXPECT_EQ(vlSysCompareISO8601(row.first, row.second), row.result);
+    EXPECT_EQ(vlSysCompareISO8601(row.second, row.first), row.swapped);
   }
 }
 
 TEST_F(Comparison, ReadsTheFirstTextBeforeTheSecondAndStopsAtAFailure) {
-  const std::vector<std::wstring> read = {L"vlSysISO8601ToSystemTime",  L"vlSysParseISO8601Date",
-                                          L"vlSysParseISO8601Date (0)", L"vlSysParseISO8601Time",
-                                          L"vlSysParseISO8601Time (0)", L"vlSysISO8601ToSystemTime (0)"};
-  const std::vector<std::wstring> refuse = {L"vlSysISO8601ToSystemTime", L"vlSysParseISO8601Date",
-                                            L"vlSysParseISO8601Date (87)", L"vlSysISO8601ToSystemTime (87)"};
-  const wchar_t* const early = L"2013-03-28T12:00:00Z";
-  const wchar_t* const late = L"2013-03-28T12:00:01Z";
+  const Log read = reading({{L"Date", 0}, {L"Time", 0}}, 0), refuse = reading({{L"Date", 87}}, 87);
+  const wchar_t *const early = L"2013-03-28T12:00:00Z", *const late = L"2013-03-28T12:00:01Z";
   const struct {
     const wchar_t *first, *second, *result;
-    std::vector<std::vector<std::wstring>> texts;
-  } rows[] = {{early, late, L"0xffffffff", {read, read}},
-              {late, early, L"0x1", {read, read}},
-              {early, L"", L"0x57", {read, refuse}},
-              {L"", early, L"0x57", {refuse}},
+    Log texts;
+  } rows[] = {{early, late, L"0xffffffff", read + read},
+              {late, early, L"0x1", read + read},
+              {early, L"", L"0x57", read + refuse},
+              {L"", early, L"0x57", refuse},
               {early, nullptr, L"0x57", {}}};
+  const std::wstring name = L"vlSysCompareISO8601";
   for (const auto& row : rows) {
-    support::LogCapture log;
+    LogCapture log;
     vlSysCompareISO8601(row.first, row.second);
-    std::vector<std::wstring> logged, expected = {L"vlSysCompareISO8601"};
-    for (const support::LogRecord& record : log.records()) {
-      logged.push_back(record.text);
-    }
-    for (const auto& text : row.texts) {
-      expected.insert(expected.end(), text.begin(), text.end());
-    }
-    expected.push_back(std::wstring(L"vlSysCompareISO8601: returns nRet = ") + row.result);
-    EXPECT_EQ(logged, expected);
-    EXPECT_EQ(log.records().front().level, TXLOG_ENTRY);
-    EXPECT_EQ(log.records().back().level, TXLOG_EXIT);
+    EXPECT_TRUE(log.was(Log{entered(name)} + row.texts + Log{left(name + L": returns nRet = " + row.result)}));
   }
 }
 

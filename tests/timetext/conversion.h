@@ -2,61 +2,50 @@
 #ifndef VL_TESTS_TIMETEXT_CONVERSION_H
 #define VL_TESTS_TIMETEXT_CONVERSION_H
 
-#include <cstring>
-#include <initializer_list>
-#include <string>
-#include <vector>
-
-#include <support/logcapture.h>
 #include <support/machinetest.h>
+#include <support/records.h>
 #include <vlhostkit/timetext.h>
 
 #include "oracle.h"
 
 namespace timetext {
 
+using namespace support;
 using oracle::Fields;
 
 inline constexpr DWORD kInvalid = ERROR_INVALID_PARAMETER;
 inline constexpr Fields kUntouched = {0xbdbd, 0xbdbd, 0xbdbd, 0xbdbd, 0xbdbd, 0xbdbd, 0xbdbd, 0xbdbd};
 inline constexpr LONGLONG kUntouchedTicks = static_cast<LONGLONG>(0xbdbdbdbdbdbdbdbd);
 
-struct ToFields {
+template <class Value>
+struct Conversion {
+  DWORD result;
+  DWORD lastError;
+  Value value;
+};
+inline Conversion<Fields> toFields(const wchar_t* text) {
   SYSTEMTIME time = oracle::timeOf(kUntouched);
-  DWORD result;
-  DWORD lastError;
-  Fields fields;
+  SetLastError(kUntouchedError);
+  const DWORD result = vlSysISO8601ToSystemTime(text, &time);
+  return {result, GetLastError(), oracle::fieldsOf(time)};
+}
+inline Conversion<LONGLONG> toTicks(const wchar_t* text) {
+  LARGE_INTEGER ticks;
+  ticks.QuadPart = kUntouchedTicks;
+  SetLastError(kUntouchedError);
+  const DWORD result = vlSysISO8601ToLargeInteger(text, &ticks);
+  return {result, GetLastError(), ticks.QuadPart};
+}
 
-  explicit ToFields(const wchar_t* text) {
-    SetLastError(support::kUntouchedError);
-    result = vlSysISO8601ToSystemTime(text, &time);
-    lastError = GetLastError();
-    fields = oracle::fieldsOf(time);
+// The records of vlSysISO8601ToSystemTime: its sections with their results, and what it says between them and its exit.
+inline Log reading(const std::vector<std::pair<std::wstring, int>>& sections, int result, const Log& more = {}) {
+  const std::wstring name = L"vlSysISO8601ToSystemTime";
+  Log log = {entered(name)};
+  for (const auto& [section, code] : sections) {
+    const std::wstring parser = L"vlSysParseISO8601" + section;
+    log = log + Log{entered(parser), left(parser + inParentheses(code))};
   }
-};
-
-struct ToTicks {
-  DWORD result;
-  DWORD lastError;
-  LONGLONG ticks;
-
-  explicit ToTicks(const wchar_t* text) {
-    LARGE_INTEGER value;
-    value.QuadPart = kUntouchedTicks;
-    SetLastError(support::kUntouchedError);
-    result = vlSysISO8601ToLargeInteger(text, &value);
-    lastError = GetLastError();
-    ticks = value.QuadPart;
-  }
-};
-
-// Records of the family, as (level, text).
-inline std::vector<support::LogRecord> records(std::initializer_list<std::pair<int, const wchar_t*>> list) {
-  std::vector<support::LogRecord> result;
-  for (const auto& [level, text] : list) {
-    result.push_back({L"txhostkit", level, text});
-  }
-  return result;
+  return log + more + Log{left(name + inParentheses(result))};
 }
 
 }  // namespace timetext

@@ -3,6 +3,7 @@
 #define VL_TESTS_TIMETEXT_ORACLE_H
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -12,16 +13,18 @@
 namespace oracle {
 
 // The eight members in the order of the structure, so that they can be compared and printed.
-using Fields = std::array<unsigned, 8>;
+using Fields = std::array<WORD, 8>;
 
-Fields fieldsOf(const SYSTEMTIME& time);
-SYSTEMTIME timeOf(const Fields& fields);
+inline Fields fieldsOf(const SYSTEMTIME& time) {
+  return std::bit_cast<Fields>(time);
+}
+inline SYSTEMTIME timeOf(const Fields& fields) {
+  return std::bit_cast<SYSTEMTIME>(fields);
+}
 
 inline constexpr std::int64_t kTicksPerSecond = 10'000'000;
 inline constexpr std::int64_t kTicksPerMinute = 60 * kTicksPerSecond;
 inline constexpr std::int64_t kTicksPerDay = 24 * 60 * kTicksPerMinute;
-inline constexpr unsigned kFirstYear = 1601;
-inline constexpr unsigned kLastYear = 30827;
 
 // Nothing for fields that the calendar does not have.
 std::optional<std::int64_t> ticksOf(const Fields& fields);

@@ -1,84 +1,60 @@
 // The parsers of the sections, called directly.
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <string>
+#include <tuple>
 
-#include <support/logcapture.h>
-#include <support/machinetest.h>
-
+#include "conversion.h"
 #include "timetext/sections.h"
 
 namespace timetext {
 namespace {
 
-constexpr DWORD kInvalid = ERROR_INVALID_PARAMETER;
-constexpr WORD x = 0xbdbd;  // not stored
+using Sections = MachineTest;
+constexpr WORD x = kUntouched[0];  // not stored
 
-bool same(const SYSTEMTIME& a, const SYSTEMTIME& b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-SYSTEMTIME untouchedTime() {
-  return {x, x, x, x, x, x, x, x};
-}
-
-class Sections : public support::MachineTest {};
-
-struct Row {
-  const wchar_t* section;
-  DWORD result;
-  SYSTEMTIME time;  // year, month, weekday, day, hour, minute, second, milliseconds
-};
-
-template <class Parse, std::size_t Size>
-void expectRows(Parse parse, const Row (&rows)[Size]) {
-  for (const Row& row : rows) {
-    SYSTEMTIME time = untouchedTime();
-    EXPECT_EQ(parse(row.section, &time), row.result) << testing::PrintToString(row.section);
-    EXPECT_TRUE(same(time, row.time)) << testing::PrintToString(row.section);
+TEST_F(Sections, FieldsAreStoredUpToTheOneThatFails) {
+  const struct {
+    DWORD (*parse)(LPCWSTR, SYSTEMTIME*);
+    const wchar_t* section;
+    DWORD result;
+    Fields fields;  // year, month, weekday, day, hour, minute, second, milliseconds
+  } rows[] = {{vlSysParseISO8601Date, L"2013", 0, {2013, x, x, x, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013-03", 0, {2013, 3, x, x, x, x, x, x}},
+              {vlSysParseISO8601Date, L"20130328", 0, {2013, 3, x, 28, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013-03-28", 0, {2013, 3, x, 28, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013-13", 87, {2013, 13, x, x, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013--1", 87, {2013, 65535, x, x, x, x, x, x}},
+              {vlSysParseISO8601Date, L"20131332", 87, {x, 13, x, x, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013-13-32", 87, {x, x, x, 32, x, x, x, x}},
+              {vlSysParseISO8601Date, L"2013-03128", 87, kUntouched},
+              {vlSysParseISO8601Date, L"2013103-28", 87, kUntouched},
+              {vlSysParseISO8601Date, L"", 87, kUntouched},
+              {vlSysParseISO8601Time, L"12", 0, {x, x, x, x, 12, x, x, x}},
+              {vlSysParseISO8601Time, L"1234", 0, {x, x, x, x, 12, 34, x, x}},
+              {vlSysParseISO8601Time, L"123456", 0, {x, x, x, x, 12, 34, 56, x}},
+              {vlSysParseISO8601Time, L"12:34:56", 0, {x, x, x, x, 12, 34, 56, x}},
+              {vlSysParseISO8601Time, L":1", 0, {x, x, x, x, 0, x, x, x}},
+              {vlSysParseISO8601Time, L"12:34156", 87, kUntouched},
+              {vlSysParseISO8601Time, L"12134:56", 87, kUntouched},
+              {vlSysParseISO8601Time, L"", 87, kUntouched}};
+  for (const auto& row : rows) {
+    SYSTEMTIME time = oracle::timeOf(kUntouched);
+    EXPECT_EQ(row.parse(row.section, &time), row.result) << testing::PrintToString(row.section);
+    EXPECT_EQ(oracle::fieldsOf(time), row.fields) << testing::PrintToString(row.section);
   }
 }
 
-TEST_F(Sections, DateStoresItsFieldsUpToTheOneThatFails) {
-  expectRows(&vlSysParseISO8601Date, {{L"2013", 0, {2013, x, x, x, x, x, x, x}},
-                                      {L"2013-03", 0, {2013, 3, x, x, x, x, x, x}},
-                                      {L"20130328", 0, {2013, 3, x, 28, x, x, x, x}},
-                                      {L"2013-03-28", 0, {2013, 3, x, 28, x, x, x, x}},
-                                      {L"201-", 0, {201, x, x, x, x, x, x, x}},
-                                      {L"2013-13", kInvalid, {2013, 13, x, x, x, x, x, x}},
-                                      {L"2013--1", kInvalid, {2013, 65535, x, x, x, x, x, x}},
-                                      {L"20131332", kInvalid, {x, 13, x, x, x, x, x, x}},
-                                      {L"2013-13-32", kInvalid, {x, x, x, 32, x, x, x, x}},
-                                      {L"2013-03128", kInvalid, untouchedTime()},
-                                      {L"2013103-28", kInvalid, untouchedTime()},
-                                      {L"", kInvalid, untouchedTime()}});
-}
-
-TEST_F(Sections, TimeStoresItsFields) {
-  expectRows(&vlSysParseISO8601Time, {{L"12", 0, {x, x, x, x, 12, x, x, x}},
-                                      {L"1234", 0, {x, x, x, x, 12, 34, x, x}},
-                                      {L"123456", 0, {x, x, x, x, 12, 34, 56, x}},
-                                      {L"12:34:56", 0, {x, x, x, x, 12, 34, 56, x}},
-                                      {L":1", 0, {x, x, x, x, 0, x, x, x}},
-                                      {L"12:34156", kInvalid, untouchedTime()},
-                                      {L"12134:56", kInvalid, untouchedTime()},
-                                      {L"", kInvalid, untouchedTime()}});
-}
-
 TEST_F(Sections, OffsetTouchesThreeMembersOfTheZoneAndNoTime) {
-  TIME_ZONE_INFORMATION untouched;
-  std::memset(&untouched, 0xbd, sizeof untouched);
-  for (const auto& [section, result, bias] : {std::tuple{L"05", DWORD{ERROR_SUCCESS}, 300},
-                                              {L"5:30", DWORD{ERROR_SUCCESS}, 330},
-                                              {L":130", DWORD{ERROR_SUCCESS}, 30},
-                                              {L"12-30", kInvalid, 0},
-                                              {L"12030", kInvalid, 0},
-                                              {L"13", kInvalid, 0},
-                                              {L"", kInvalid, 0}}) {
-    SYSTEMTIME time = untouchedTime();
-    TIME_ZONE_INFORMATION zone = untouched;
-    TIME_ZONE_INFORMATION expected = untouched;
+  for (const auto& [section, result, bias] : {std::tuple{L"05", 0u, 300},
+                                              {L"5:30", 0u, 330},
+                                              {L":130", 0u, 30},
+                                              {L"12-30", 87u, 0},
+                                              {L"12030", 87u, 0},
+                                              {L"13", 87u, 0},
+                                              {L"", 87u, 0}}) {
+    SYSTEMTIME time = oracle::timeOf(kUntouched);
+    TIME_ZONE_INFORMATION zone, expected;
+    std::memset(&zone, 0xbd, sizeof zone);
+    expected = zone;
     if (result == ERROR_SUCCESS) {
       expected.Bias = bias;
       expected.DaylightDate.wMonth = 0;
@@ -86,21 +62,17 @@ TEST_F(Sections, OffsetTouchesThreeMembersOfTheZoneAndNoTime) {
     }
     EXPECT_EQ(vlSysParseISO8601TimeZone(section, &time, false, &zone), result) << testing::PrintToString(section);
     EXPECT_EQ(std::memcmp(&zone, &expected, sizeof zone), 0) << testing::PrintToString(section);
-    EXPECT_TRUE(same(time, untouchedTime()));
+    EXPECT_EQ(oracle::fieldsOf(time), kUntouched);
   }
 }
 
 TEST_F(Sections, NullArgumentsAreRefusedWithinTheFrame) {
-  support::LogCapture log;
-  SYSTEMTIME time = untouchedTime();
+  LogCapture log;
+  SYSTEMTIME time = oracle::timeOf(kUntouched);
   TIME_ZONE_INFORMATION zone{};
-  const auto frame = [](const wchar_t* name) {
-    return std::vector<support::LogRecord>{{L"txhostkit", TXLOG_ENTRY, name},
-                                           {L"txhostkit", TXLOG_EXIT, name + std::wstring(L" (87)")}};
-  };
-  const auto expectRefused = [&](DWORD result, const wchar_t* name) {
+  const auto expectRefused = [&](DWORD result, const std::wstring& name) {
     EXPECT_EQ(result, kInvalid);
-    EXPECT_TRUE(log.was(frame(name)));
+    EXPECT_TRUE(log.was({entered(name), left(name + L" (87)")}));
   };
   expectRefused(vlSysParseISO8601Date(nullptr, &time), L"vlSysParseISO8601Date");
   expectRefused(vlSysParseISO8601Date(L"2013", nullptr), L"vlSysParseISO8601Date");
@@ -109,7 +81,7 @@ TEST_F(Sections, NullArgumentsAreRefusedWithinTheFrame) {
   expectRefused(vlSysParseISO8601TimeZone(nullptr, &time, true, &zone), L"vlSysParseISO8601TimeZone");
   expectRefused(vlSysParseISO8601TimeZone(L"01", nullptr, true, &zone), L"vlSysParseISO8601TimeZone");
   expectRefused(vlSysParseISO8601TimeZone(L"01", &time, true, nullptr), L"vlSysParseISO8601TimeZone");
-  EXPECT_TRUE(same(time, untouchedTime()));
+  EXPECT_EQ(oracle::fieldsOf(time), kUntouched);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <txlogu/txlogu.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <map>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -44,36 +44,28 @@ void emitData() {
   txlogLogBin(L"t", TXLOG_TRACE, bytes.data(), static_cast<int>(bytes.size()), L"long");
 }
 
-void emitFromThreads(int threads, int records) {
+void emitFromThreads() {
   const std::wstring filler(200, L'\u00e4');
-  std::vector<std::thread> running;
-  for (int thread = 0; thread < threads; ++thread) {
-    running.emplace_back([thread, records, &filler] {
-      for (int record = 0; record < records; ++record) {
+  std::vector<std::jthread> running;
+  for (int thread = 0; thread < 3; ++thread) {
+    running.emplace_back([thread, &filler] {
+      for (int record = 0; record < 300; ++record) {
         txlogLog(L"t", TXLOG_TRACE, L"<%d %d %s>", thread, record, filler.c_str());
       }
     });
   }
-  for (std::thread& thread : running) thread.join();
 }
+
+const std::map<std::string_view, void (*)()> kRoles = {{"levels", emitLevels},
+                                                       {"texts", emitTexts},
+                                                       {"data", emitData},
+                                                       {"late", [] { logsAtTheEnd.active = true; }},
+                                                       {"threads", emitFromThreads}};
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string_view role = argc > 1 ? argv[1] : "";
   errno = EDOM;
-  if (role == "levels") {
-    emitLevels();
-  } else if (role == "texts") {
-    emitTexts();
-  } else if (role == "data") {
-    emitData();
-  } else if (role == "late") {
-    logsAtTheEnd.active = true;
-  } else if (role == "threads" && argc == 4) {
-    emitFromThreads(std::atoi(argv[2]), std::atoi(argv[3]));
-  } else {
-    return 2;
-  }
+  kRoles.at(argc > 1 ? argv[1] : "")();
   return errno == EDOM ? 0 : 3;
 }

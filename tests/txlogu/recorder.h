@@ -5,20 +5,13 @@
 #include <gtest/gtest.h>
 #include <txlogu/txlogu.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
-struct Recorded {
-  int level;
-  std::wstring tag;
-  const wchar_t* format;
-  std::wstring text;
-  bool cut;
-  bool binary;
-  bool hasData;
+/// A record with copies of what it points to.
+struct Recorded : txlogRecord {
+  std::wstring tag, text;
   std::string data;
-  unsigned long threadId;
 };
 
 class Recorder {
@@ -33,14 +26,11 @@ class Recorder {
 
  private:
   static void take(void* self, const txlogRecord* record) {
-    Recorded copy{record->level,           record->tag,
-                  record->format,          std::wstring(record->text, record->textLength),
-                  record->textCut != 0,    record->binary != 0,
-                  record->data != nullptr, {},
-                  record->threadId};
     EXPECT_EQ(record->text[record->textLength], L'\0');
-    if (record->data != nullptr) copy.data.assign(static_cast<const char*>(record->data), record->byteCount);
-    static_cast<Recorder*>(self)->records_.push_back(copy);
+    EXPECT_EQ(record->data == nullptr ? record->byteCount : 0, 0);
+    const std::string data(static_cast<const char*>(record->data), record->byteCount);
+    static_cast<Recorder*>(self)->records_.push_back(
+        {*record, record->tag, std::wstring(record->text, record->textLength), data});
   }
 
   std::vector<Recorded> records_;
