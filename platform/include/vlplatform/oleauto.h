@@ -92,7 +92,6 @@ VLPLATFORM_API BSTR SysAllocStringLen(const OLECHAR* text, UINT length);
 VLPLATFORM_API BSTR SysAllocStringByteLen(LPCSTR bytes, UINT length);
 VLPLATFORM_API void SysFreeString(BSTR text);
 /// In whole characters; 0 for null.
-VLPLATFORM_API UINT SysStringLen(BSTR text);
 VLPLATFORM_API UINT SysStringByteLen(BSTR text);
 }
 

@@ -91,9 +91,6 @@ VLPLATFORM_API LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result);
 VLPLATFORM_API LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
                                        REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
                                        LPDWORD disposition);
-VLPLATFORM_API LSTATUS RegCreateKeyExA(HKEY key, LPCSTR path, DWORD reserved, LPSTR className, DWORD options,
-                                       REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
-                                       LPDWORD disposition);
 VLPLATFORM_API LSTATUS RegCloseKey(HKEY key);
 
 /// A null or empty name is the key's unnamed value. With a null buffer the size is told; a buffer that is too small
@@ -123,11 +120,6 @@ VLPLATFORM_API LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD 
                                      LPDWORD type, LPBYTE data, LPDWORD size);
 VLPLATFORM_API LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved,
                                      LPWSTR className, LPDWORD classChars, FILETIME* lastWrite);
-/// Any pointer may be null. Lengths are in characters without terminator, the size of data in bytes.
-VLPLATFORM_API LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, LPDWORD classChars, LPDWORD reserved,
-                                        LPDWORD subkeys, LPDWORD longestSubkey, LPDWORD longestClass, LPDWORD values,
-                                        LPDWORD longestValueName, LPDWORD longestData, LPDWORD securityDescriptor,
-                                        FILETIME* lastWrite);
 }
 
 #endif

@@ -63,7 +63,6 @@ VLPLATFORM_API PUCHAR GetSidSubAuthorityCount(PSID sid);
 VLPLATFORM_API PDWORD GetSidSubAuthority(PSID sid, DWORD index);
 /// Begins a SID whose sub-authorities the caller fills in. ERROR_INVALID_PARAMETER for more than 15 of them.
 VLPLATFORM_API BOOL InitializeSid(PSID sid, PSID_IDENTIFIER_AUTHORITY authority, BYTE subAuthorities);
-VLPLATFORM_API BOOL EqualSid(PSID first, PSID second);
 /// ERROR_INSUFFICIENT_BUFFER if `bytes` are too few, ERROR_INVALID_SID if there is no valid SID to copy.
 VLPLATFORM_API BOOL CopySid(DWORD bytes, PSID target, PSID source);
 
@@ -71,8 +70,8 @@ VLPLATFORM_API BOOL CopySid(DWORD bytes, PSID target, PSID source);
 /// ERROR_INVALID_PARAMETER for null pointers, ERROR_INVALID_SID.
 VLPLATFORM_API BOOL ConvertSidToStringSidW(PSID sid, LPWSTR* text);
 /// The SID is a block for LocalFree. Reads "S-1-" with an authority and 1 to 15 sub-authorities, decimal or
-/// hexadecimal ("0x"), and the two-letter names of well-known SIDs, as "SY". ERROR_INVALID_PARAMETER for null pointers,
-/// ERROR_INVALID_SID for all other texts.
+/// hexadecimal ("0x"). ERROR_INVALID_PARAMETER for null pointers, ERROR_INVALID_SID for all other texts, the platform's
+/// two-letter names as well.
 VLPLATFORM_API BOOL ConvertStringSidToSidW(LPCWSTR text, PSID* sid);
 
 /// Finds an account by "DOMAIN\name", by a bare name or a user principal name, and a domain by its name. `system`: null

@@ -35,11 +35,6 @@ void Environment::reset() {
   next_.clear();
 }
 
-void Environment::clear() {
-  const std::lock_guard lock(mutex_);
-  variables_.emplace();
-}
-
 void Environment::set(std::wstring_view name, std::wstring_view value) {
   const OwnAllocations own;
   const std::lock_guard lock(mutex_);

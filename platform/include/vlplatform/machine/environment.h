@@ -19,7 +19,6 @@ namespace vlplatform {
 class VLPLATFORM_API Environment {
  public:
   void reset();
-  void clear();
   void set(std::wstring_view name, std::wstring_view value);
   /// False if there was none.
   bool remove(std::wstring_view name);
