@@ -18,7 +18,6 @@
 using LRESULT = LONG_PTR;
 using DLGPROC = INT_PTR(CALLBACK*)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-#define WM_NULL 0x0000u
 #define WM_DESTROY 0x0002u
 #define WM_SETFOCUS 0x0007u
 #define WM_KILLFOCUS 0x0008u

@@ -7,7 +7,6 @@
 #define SID_REVISION 1
 #define SID_MAX_SUB_AUTHORITIES 15
 #define SECURITY_MAX_SID_SIZE 68
-#define ANYSIZE_ARRAY 1
 
 using PSID = void*;
 
@@ -20,9 +19,8 @@ struct SID {
   BYTE Revision;
   BYTE SubAuthorityCount;
   SID_IDENTIFIER_AUTHORITY IdentifierAuthority;
-  DWORD SubAuthority[ANYSIZE_ARRAY];
+  DWORD SubAuthority[1];
 };
-using PISID = SID*;
 
 enum SID_NAME_USE {
   SidTypeUser = 1,
@@ -47,7 +45,6 @@ struct SID_AND_ATTRIBUTES {
 struct TOKEN_USER {
   SID_AND_ATTRIBUTES User;
 };
-using PTOKEN_USER = TOKEN_USER*;
 
 enum TOKEN_INFORMATION_CLASS { TokenUser = 1, TokenGroups, TokenPrivileges, TokenOwner, TokenPrimaryGroup };
 

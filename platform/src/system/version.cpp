@@ -44,10 +44,9 @@ BOOL GetVersionExW(LPOSVERSIONINFOW information) {
   information->szCSDVersion[0] = L'\0';
   if (size == sizeof(OSVERSIONINFOEXW)) {
     auto* const extended = reinterpret_cast<OSVERSIONINFOEXW*>(information);
-    extended->wServicePackMajor = facts.servicePackMajor;
-    extended->wServicePackMinor = facts.servicePackMinor;
+    extended->wServicePackMajor = extended->wServicePackMinor = 0;
     extended->wSuiteMask = facts.suiteMask;
-    extended->wProductType = facts.productType;
+    extended->wProductType = VER_NT_WORKSTATION;
     extended->wReserved = 0;
   }
   return TRUE;

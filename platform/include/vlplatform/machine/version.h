@@ -12,10 +12,7 @@ struct VersionFacts {
   DWORD major = 10;
   DWORD minor = 0;
   DWORD build = 19045;
-  WORD servicePackMajor = 0;
-  WORD servicePackMinor = 0;
   WORD suiteMask = VER_SUITE_SINGLEUSERTS;
-  BYTE productType = VER_NT_WORKSTATION;
   DWORD platform = VER_PLATFORM_WIN32_NT;
 
   bool operator==(const VersionFacts&) const = default;
