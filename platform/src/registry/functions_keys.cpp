@@ -2,7 +2,7 @@
 #include <cwchar>
 
 #include "../calendar.h"
-#include "narrowtext.h"
+#include "../unicode.h"
 #include "state.h"
 
 namespace vlplatform::registry {
@@ -149,7 +149,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD /*options*/, REGSAM access, 
 
 LSTATUS RegOpenKeyExA(HKEY key, LPCSTR path, DWORD /*options*/, REGSAM access, PHKEY result) {
   const OwnAllocations own;
-  return openKey("RegOpenKeyExA", key, WideName(path).get(), access, result);
+  return openKey("RegOpenKeyExA", key, wideOrEmpty(path).c_str(), access, result);
 }
 
 LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result) {
