@@ -19,7 +19,7 @@ constexpr wchar_t kSystemLetter = L'C';
 constexpr wchar_t kLastLetter = L'Z';
 
 wchar_t upperLetter(wchar_t letter) {
-  const wchar_t upper = letter >= L'a' && letter <= L'z' ? letter - L'a' + L'A' : letter;
+  const wchar_t upper = upperCase(letter);
   return upper >= kFirstLetter && upper <= kLastLetter ? upper : L'\0';
 }
 
