@@ -4,30 +4,6 @@
 
 #include "gate.h"
 
-namespace vlplatform {
-
-void Version::reset() {
-  set({});
-}
-
-void Version::set(const VersionFacts& facts) {
-  const std::lock_guard lock(mutex_);
-  facts_ = facts;
-}
-
-void Version::setNumbers(DWORD major, DWORD minor) {
-  const std::lock_guard lock(mutex_);
-  facts_.major = major;
-  facts_.minor = minor;
-}
-
-VersionFacts Version::facts() const {
-  const std::lock_guard lock(mutex_);
-  return facts_;
-}
-
-}  // namespace vlplatform
-
 BOOL GetVersionExW(LPOSVERSIONINFOW information) {
   if (vlplatform::gateFails("GetVersionExW")) {
     return FALSE;
