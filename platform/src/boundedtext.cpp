@@ -1,6 +1,5 @@
 #include <vlhostkit/wipe.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -12,12 +11,6 @@
 
 namespace vlplatform {
 namespace {
-
-template <class Char>
-std::size_t lengthWithin(const Char* text, std::size_t most) {
-  const Char* const end = std::char_traits<Char>::find(text, most, Char{});
-  return end != nullptr ? static_cast<std::size_t>(end - text) : most;
-}
 
 template <class Char>
 errno_t refuseAndEmpty(Char* target, errno_t code) {
@@ -89,22 +82,6 @@ errno_t memmove_s(void* target, rsize_t size, const void* source, rsize_t count)
   return 0;
 }
 
-errno_t _wcsnset_s(wchar_t* text, rsize_t size, wchar_t character, rsize_t count) {
-  const bool planned = gate("_wcsnset_s") != ERROR_SUCCESS;
-  if (!planned && text == nullptr && size == 0 && count == 0) {
-    return 0;
-  }
-  if (text == nullptr || size == 0) {
-    return refuse(EINVAL);
-  }
-  if (planned) {
-    return refuseAndEmpty(text, EINVAL);
-  }
-  const std::size_t length = lengthWithin(text, size);
-  std::fill_n(text, std::min({length, size - 1, count}), character);
-  return length < size ? 0 : refuseAndEmpty(text, EINVAL);  // without a terminator it is no text
-}
-
 errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t size, const wchar_t* source, rsize_t count) {
   const bool planned = gate("wcstombs_s") != ERROR_SUCCESS;
   if ((target == nullptr) != (size == 0)) {
@@ -133,7 +110,7 @@ errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t size, const wch
       break;
     }
     if (target != nullptr && size - 1 - bytes < length) {
-      result = count == _TRUNCATE ? STRUNCATE : ERANGE;
+      result = ERANGE;
       break;
     }
     if (target != nullptr) {
@@ -141,7 +118,7 @@ errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t size, const wch
     }
     bytes += length;
   }
-  if (result == EILSEQ || result == ERANGE) {
+  if (result != 0) {
     VL::Framework::wipe(target, target != nullptr ? bytes : 0);
     if (result == ERANGE) {
       return refuse(ERANGE);
@@ -155,5 +132,5 @@ errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t size, const wch
   if (converted != nullptr) {
     *converted = bytes + 1;
   }
-  return result;
+  return 0;
 }

@@ -17,15 +17,16 @@ struct Faults::State {
     std::uint64_t remaining;
     FaultSpan span;
     DWORD code;
+    std::function<void()> action{};  // instead of a failure
   };
 
   mutable std::mutex mutex;
   std::vector<const char*> log;
   std::vector<Plan> plans;
 
-  void plan(std::string_view function, std::uint64_t n, FaultSpan span, DWORD code) {
+  void plan(Plan plan) {
     const std::lock_guard lock(mutex);
-    plans.push_back({std::string(function), n, span, code});
+    plans.push_back(std::move(plan));
   }
 };
 
@@ -60,11 +61,15 @@ std::string Faults::callName(std::uint64_t n) const {
 }
 
 void Faults::fail(std::string_view function, std::uint64_t n, FaultSpan span, DWORD code) {
-  state_->plan(function, n, span, code);
+  state_->plan({std::string(function), n, span, code});
 }
 
 void Faults::failAny(std::uint64_t n, FaultSpan span, DWORD code) {
-  state_->plan({}, n, span, code);
+  state_->plan({{}, n, span, code});
+}
+
+void Faults::before(std::string_view function, std::uint64_t n, std::function<void()> action) {
+  state_->plan({std::string(function), n, FaultSpan::once, ERROR_SUCCESS, std::move(action)});
 }
 
 void Faults::forgetPlans() {
@@ -73,20 +78,30 @@ void Faults::forgetPlans() {
 }
 
 DWORD Faults::pass(const char* function) {
-  const std::lock_guard lock(state_->mutex);
   const OwnAllocations own;
-  state_->log.push_back(function);
+  std::function<void()> action;
   DWORD result = ERROR_SUCCESS;
-  for (State::Plan& plan : state_->plans) {
-    if (!plan.function.empty() && plan.function != function) {
-      continue;
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->log.push_back(function);
+    for (State::Plan& plan : state_->plans) {
+      if (!plan.function.empty() && plan.function != function) {
+        continue;
+      }
+      if (plan.remaining > 1) {
+        --plan.remaining;
+      } else if (plan.remaining == 1) {
+        plan.remaining = plan.span == FaultSpan::once ? 0 : 1;
+        if (plan.action) {
+          action = std::move(plan.action);
+        } else {
+          result = plan.code;
+        }
+      }
     }
-    if (plan.remaining > 1) {
-      --plan.remaining;
-    } else if (plan.remaining == 1) {
-      result = plan.code;
-      plan.remaining = plan.span == FaultSpan::once ? 0 : 1;
-    }
+  }
+  if (action) {
+    action();
   }
   return result;
 }

@@ -17,11 +17,6 @@ MSIHANDLE Installer::open() {
   return last_;
 }
 
-void Installer::close(MSIHANDLE install) {
-  const std::lock_guard lock(mutex_);
-  sessions_.erase(install);
-}
-
 bool Installer::setProperty(MSIHANDLE install, std::wstring_view name, std::wstring_view value) {
   const OwnAllocations own;
   const std::lock_guard lock(mutex_);

@@ -78,11 +78,6 @@ struct Modules::State {
   std::array<std::atomic<HINSTANCE__*>, kMostModules> modules{};
   std::atomic<std::size_t> count{0};
 
-  ~State() {
-    for (std::size_t i = 0; i < count; ++i) {
-      delete modules[i].load();
-    }
-  }
   template <class Predicate>
   HINSTANCE__* findIf(Predicate predicate) const {
     const std::size_t known = count.load(std::memory_order_acquire);
@@ -288,4 +283,18 @@ BOOL FreeLibrary(HMODULE module) {
   const DWORD planned = vlplatform::gate("FreeLibrary");
   const DWORD code = module == nullptr ? ERROR_INVALID_HANDLE : vlplatform::machine().modules().free(module);
   return vlplatform::succeed(planned != ERROR_SUCCESS ? planned : code);
+}
+
+HMODULE GetModuleHandleW(LPCWSTR name) {
+  if (vlplatform::gateFails("GetModuleHandleW")) {
+    return nullptr;
+  }
+  if (name == nullptr) {
+    return vlplatform::Modules::program();
+  }
+  const HMODULE module = vlplatform::machine().modules().handle(name);
+  if (module == nullptr) {
+    SetLastError(ERROR_MOD_NOT_FOUND);
+  }
+  return module;
 }

@@ -251,11 +251,6 @@ void SysFreeString(BSTR text) {
   releaseString(text);
 }
 
-UINT SysStringLen(BSTR text) {
-  gate("SysStringLen");
-  return text != nullptr ? static_cast<UINT>(Block::of(text)->tag / sizeof(OLECHAR)) : 0;
-}
-
 UINT SysStringByteLen(BSTR text) {
   gate("SysStringByteLen");
   return text != nullptr ? Block::of(text)->tag : 0;

@@ -7,6 +7,7 @@
 #include <vlplatform/utf8.h>
 
 #include "gate.h"
+#include "unicode.h"
 
 namespace vlplatform {
 namespace {
@@ -47,6 +48,15 @@ bool validArguments(UINT codePage, const void* text, int units, const void* buff
     SetLastError(ERROR_INVALID_PARAMETER);
   }
   return valid;
+}
+
+// Numbers up to the last character are characters: no memory lies there.
+template <class Change>
+LPWSTR changed(LPWSTR character, Change change) {
+  constexpr std::uintptr_t kLastCharacter = 0x10FFFF;
+  const auto number = reinterpret_cast<std::uintptr_t>(character);
+  const auto unit = static_cast<wchar_t>(number);
+  return number <= kLastCharacter ? reinterpret_cast<LPWSTR>(static_cast<std::uintptr_t>(change(unit))) : character;
 }
 
 int noTranslation() {
@@ -101,4 +111,14 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int chars, LPS
     output.put(units, static_cast<std::size_t>(utf8::encode(codePoint, units)));
   }
   return output.finish();
+}
+
+LPWSTR CharUpperW(LPWSTR character) {
+  gate("CharUpperW");
+  return changed(character, [](wchar_t c) { return upperCase(c); });
+}
+
+LPWSTR CharLowerW(LPWSTR character) {
+  gate("CharLowerW");
+  return changed(character, [](wchar_t c) { return lowerCase(c); });
 }

@@ -1,8 +1,7 @@
-/// Text of either width inside the stand-in, which keeps all text wide, and names that ignore case.
+/// Text of either width inside the stand-in, which keeps all text wide, and case.
 #ifndef VLPLATFORM_SRC_UNICODE_H
 #define VLPLATFORM_SRC_UNICODE_H
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -56,18 +55,23 @@ void copyTerminated(std::basic_string_view<Char> text, Char* target) {
   target[text.copy(target, text.size())] = Char{};
 }
 
-/// For names: only A to Z have a lower case.
-constexpr wchar_t lowerCase(wchar_t c) {
-  return c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c;
+/// The other case of a character beyond ASCII, itself if it has none there.
+wchar_t otherUpperCase(wchar_t c);
+wchar_t otherLowerCase(wchar_t c);
+
+inline wchar_t upperCase(wchar_t c) {
+  return c >= 0x80 ? otherUpperCase(c) : c >= L'a' && c <= L'z' ? c - L'a' + L'A' : c;
 }
-inline std::wstring lowerCase(std::wstring_view text) {
-  std::wstring out(text);
-  std::transform(out.begin(), out.end(), out.begin(), [](wchar_t c) { return lowerCase(c); });
-  return out;
+inline wchar_t lowerCase(wchar_t c) {
+  return c >= 0x80 ? otherLowerCase(c) : c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c;
 }
+std::wstring upperCase(std::wstring_view text);
+std::wstring lowerCase(std::wstring_view text);
+
+/// The order of names: by upper-case forms.
+int compareNames(std::wstring_view a, std::wstring_view b);
 inline bool sameName(std::wstring_view a, std::wstring_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](wchar_t x, wchar_t y) { return lowerCase(x) == lowerCase(y); });
+  return a.size() == b.size() && compareNames(a, b) == 0;
 }
 
 }  // namespace vlplatform

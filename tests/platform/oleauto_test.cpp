@@ -58,7 +58,7 @@ TEST_F(Automation, Strings) {
   };
   for (const auto& [text, expected] : rows) {
     EXPECT_EQ(std::wstring(text, expected.size() + 1), expected + L'\0');
-    EXPECT_EQ(SysStringLen(text), expected.size());
+    EXPECT_EQ(SysStringByteLen(text), expected.size() * sizeof(wchar_t));
     UINT ahead = 0;
     std::memcpy(&ahead, reinterpret_cast<const char*>(text) - sizeof ahead, sizeof ahead);
     EXPECT_EQ(ahead, expected.size() * sizeof(wchar_t));

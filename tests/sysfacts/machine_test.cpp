@@ -44,16 +44,18 @@ TEST_F(OnMachine, TheCursorOfAListWithGaps) {
 }
 
 TEST_F(OnMachine, WhatChangesBetweenTwoCallsIsRefusedWithTheNumberThatIsThere) {
-  machine().drives().setAfterNextQuery(L'Y', DRIVE_FIXED);
+  faults().before("GetLogicalDriveStringsW", 2, [] { machine().drives().set(L'Y', DRIVE_FIXED); });
   std::wstring drive = L"before";
   SetLastError(77);
   EXPECT_EQ(vlSysGetFixedDrive(drive), 77);
-  machine().environment().setAfterNextQuery(L"SystemDrive", L"C:\\longer");
+  const auto lengthen = [] { machine().environment().set(L"SystemDrive", L"C:\\longer and longer"); };
+  faults().before("GetEnvironmentVariableW", 2, lengthen);
   SetLastError(78);
   EXPECT_EQ(vlSysGetSystemDrive(drive), 78);
   EXPECT_EQ(drive, L"before");
   // No number is there, and the buffer keeps its text all the same.
-  machine().environment().setAfterNextQuery(L"SystemDrive", L"C:\\longer still");
+  machine().environment().set(L"SystemDrive", L"C:");
+  faults().before("GetEnvironmentVariableW", 2, lengthen);
   SetLastError(0);
   wchar_t buffer[16] = L"X:";
   DWORD chars = 16;

@@ -13,8 +13,8 @@
 /// White space is U+0009 to U+000D and the space, in wide text also U+0085, U+00A0 and the other blanks of Unicode.
 ///
 /// Case is folded character by character, so lengths never change. Wide text: by the platform's own table for all of
-/// the basic plane (CharUpperW and CharLowerW, or those of the C library's "C.UTF-8"), whatever locale the program has
-/// set. Narrow text: the letters A to Z only, since a byte beyond them is not always a character.
+/// the basic plane (CharUpperW and CharLowerW), whatever locale the program has set. Narrow text: the letters A to Z
+/// only, since a byte beyond them is not always a character.
 template <class Char>
 class CStringT : public CSimpleStringT<Char> {
  public:

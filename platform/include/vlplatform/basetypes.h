@@ -9,8 +9,6 @@
 
 #define WINAPI
 #define CALLBACK
-#define CONST const
-#define VOID void
 #define TRUE 1
 #define FALSE 0
 #define MAX_PATH 260
@@ -24,32 +22,27 @@ using LONG = std::int32_t;
 using ULONG = std::uint32_t;
 using LONGLONG = std::int64_t;
 using ULONGLONG = std::uint64_t;
-using DWORD64 = std::uint64_t;
 using SIZE_T = std::size_t;
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
 using LONG_PTR = std::intptr_t;
 using DWORD_PTR = std::uintptr_t;
 using HRESULT = std::int32_t;
-using CHAR = char;
 using WCHAR = wchar_t;
 using LPSTR = char*;
 using LPCSTR = const char*;
 using LPWSTR = wchar_t*;
 using LPCWSTR = const wchar_t*;
 using LPVOID = void*;
-using LPCVOID = const void*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using HANDLE = void*;
 using BOOLEAN = BYTE;
-using UCHAR = std::uint8_t;
 using USHORT = std::uint16_t;
 using ACCESS_MASK = DWORD;
 using NTSTATUS = LONG;
 using PVOID = void*;
-using PWSTR = wchar_t*;
-using PUCHAR = UCHAR*;
+using PUCHAR = BYTE*;
 using PDWORD = DWORD*;
 using PULONG = ULONG*;
 using PHANDLE = HANDLE*;

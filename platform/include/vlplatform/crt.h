@@ -22,9 +22,6 @@
 using errno_t = int;
 using rsize_t = std::size_t;
 
-#define _TRUNCATE (static_cast<std::size_t>(-1))
-#define STRUNCATE 80
-
 using _invalid_parameter_handler = void (*)(const wchar_t* expression, const wchar_t* function, const wchar_t* file,
                                             unsigned line, std::uintptr_t reserved);
 
@@ -34,12 +31,9 @@ VLPLATFORM_API errno_t strcpy_s(char* target, rsize_t size, const char* source);
 /// Nothing to copy (`count` 0) is a success, whatever the pointers are.
 VLPLATFORM_API errno_t memcpy_s(void* target, rsize_t size, const void* source, rsize_t count);
 VLPLATFORM_API errno_t memmove_s(void* target, rsize_t size, const void* source, rsize_t count);
-/// The first `count` characters, or those up to the terminator, become `character`.
-VLPLATFORM_API errno_t _wcsnset_s(wchar_t* text, rsize_t size, wchar_t character, rsize_t count);
-/// Converts to UTF-8 as many whole characters as have at most `count` bytes, whatever the C locale is. With _TRUNCATE
-/// for `count`, what `size` has no room for is cut off, at a whole character, with STRUNCATE as the result. A null
-/// `target` of size 0 asks for the size of all of it. `converted` (may be null) receives the bytes with the terminator,
-/// 0 on failure. Surrogates and what lies beyond U+10FFFF give EILSEQ.
+/// Converts to UTF-8 as many whole characters as have at most `count` bytes, whatever the C locale is. A null `target`
+/// of size 0 asks for the size of all of it. `converted` (may be null) receives the bytes with the terminator, 0 on
+/// failure. Surrogates and what lies beyond U+10FFFF give EILSEQ.
 VLPLATFORM_API errno_t wcstombs_s(std::size_t* converted, char* target, rsize_t size, const wchar_t* source,
                                   rsize_t count);
 

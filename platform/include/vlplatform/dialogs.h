@@ -18,7 +18,6 @@
 using LRESULT = LONG_PTR;
 using DLGPROC = INT_PTR(CALLBACK*)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-#define WM_NULL 0x0000u
 #define WM_DESTROY 0x0002u
 #define WM_SETFOCUS 0x0007u
 #define WM_KILLFOCUS 0x0008u
@@ -53,8 +52,6 @@ using DLGPROC = INT_PTR(CALLBACK*)(HWND dialog, UINT message, WPARAM wParam, LPA
 #define WS_TABSTOP 0x00010000u
 #define WS_CHILD 0x40000000u
 #define WS_POPUP 0x80000000u
-#define GWLP_ID (-12)
-#define GWL_STYLE (-16)
 #define DWLP_MSGRESULT 0
 #define DWLP_DLGPROC 8
 #define DWLP_USER 16
@@ -97,10 +94,6 @@ VLPLATFORM_API BOOL DestroyWindow(HWND window);
 VLPLATFORM_API BOOL IsWindow(HWND window);
 /// Any thread. ERROR_CONTROL_ID_NOT_FOUND if there is none; the first one of several.
 VLPLATFORM_API HWND GetDlgItem(HWND dialog, int id);
-/// Any thread. 0 for a dialog.
-VLPLATFORM_API int GetDlgCtrlID(HWND control);
-/// Any thread. A control's dialog; a dialog's owner, or null.
-VLPLATFORM_API HWND GetParent(HWND window);
 
 /// Send WM_GETTEXTLENGTH, WM_GETTEXT and WM_SETTEXT. GetWindowTextW always terminates, cuts what is longer, and gives
 /// the length without terminator. A text that is null is empty.
@@ -120,10 +113,9 @@ VLPLATFORM_API BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARA
 /// Hands a message to its window; one of the thread itself is ignored.
 VLPLATFORM_API LRESULT DispatchMessageW(const MSG* message);
 
-/// GWLP_ID and GWL_STYLE from any thread; DWLP_MSGRESULT, DWLP_DLGPROC and DWLP_USER of a dialog. 0 with
-/// ERROR_INVALID_INDEX for others.
+/// DWLP_MSGRESULT, DWLP_DLGPROC and DWLP_USER of a dialog. 0 with ERROR_INVALID_INDEX for others.
 VLPLATFORM_API LONG_PTR GetWindowLongPtrW(HWND window, int index);
-/// Returns the value before. Only those of a dialog; the platform would change identifiers and styles, too.
+/// Returns the value before. The same ones only; the platform knows identifiers and styles, too.
 VLPLATFORM_API LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
 
 /// The window of the calling thread that has the focus, or null: also once that window is destroyed.

@@ -8,7 +8,7 @@
 struct LSA_UNICODE_STRING {
   USHORT Length;
   USHORT MaximumLength;
-  PWSTR Buffer;
+  LPWSTR Buffer;
 };
 using PLSA_UNICODE_STRING = LSA_UNICODE_STRING*;
 
@@ -26,11 +26,10 @@ struct LSA_TRUST_INFORMATION {
   LSA_UNICODE_STRING Name;
   PSID Sid;
 };
-using PLSA_TRUST_INFORMATION = LSA_TRUST_INFORMATION*;
 
 struct LSA_REFERENCED_DOMAIN_LIST {
   ULONG Entries;
-  PLSA_TRUST_INFORMATION Domains;
+  LSA_TRUST_INFORMATION* Domains;
 };
 using PLSA_REFERENCED_DOMAIN_LIST = LSA_REFERENCED_DOMAIN_LIST*;
 
@@ -56,7 +55,6 @@ using PLSA_HANDLE = LSA_HANDLE*;
 #define POLICY_LOOKUP_NAMES 0x800u
 
 #define STATUS_SUCCESS (static_cast<NTSTATUS>(0))
-#define STATUS_SOME_NOT_MAPPED (static_cast<NTSTATUS>(0x00000107))
 #define STATUS_UNSUCCESSFUL (static_cast<NTSTATUS>(0xC0000001))
 #define STATUS_INVALID_HANDLE (static_cast<NTSTATUS>(0xC0000008))
 #define STATUS_INVALID_PARAMETER (static_cast<NTSTATUS>(0xC000000D))
@@ -71,19 +69,20 @@ using PLSA_HANDLE = LSA_HANDLE*;
 #define STATUS_TRUSTED_RELATIONSHIP_FAILURE (static_cast<NTSTATUS>(0xC000018D))
 #define RPC_NT_SERVER_UNAVAILABLE (static_cast<NTSTATUS>(0xC0020017))
 
-/// A planned fault's code becomes the status as it stands if it is one, STATUS_SOME_NOT_MAPPED or a failure (from
-/// 0x80000000 on); a smaller number counts as a Win32 error, which LsaNtStatusToWinError gives back.
+/// A planned fault's code becomes the status as it stands if it is a failure's (from 0x80000000 on); a smaller number
+/// counts as a Win32 error, which LsaNtStatusToWinError gives back.
 extern "C" {
 /// `system`: null or this computer, "\\name" or "name"; RPC_NT_SERVER_UNAVAILABLE for another. LsaClose releases it.
 VLPLATFORM_API NTSTATUS LsaOpenPolicy(PLSA_UNICODE_STRING system, PLSA_OBJECT_ATTRIBUTES attributes, ACCESS_MASK access,
                                       PLSA_HANDLE policy);
-/// STATUS_SUCCESS if all SIDs were found, STATUS_SOME_NOT_MAPPED, or STATUS_NONE_MAPPED: in these three cases both
-/// lists are there, and LsaFreeMemory releases each. An unknown SID has its text for a name. After any other status
-/// both pointers are null. All names have a terminator. Wants a policy opened with POLICY_LOOKUP_NAMES.
+/// Looks up one SID: STATUS_INVALID_PARAMETER for another `count`. STATUS_SUCCESS if it was found, or
+/// STATUS_NONE_MAPPED: in these two cases both lists are there, and LsaFreeMemory releases each. An unknown SID has its
+/// text for a name. After any other status both pointers are null. All names have a terminator. Wants a policy opened
+/// with POLICY_LOOKUP_NAMES.
 VLPLATFORM_API NTSTATUS LsaLookupSids(LSA_HANDLE policy, ULONG count, PSID* sids, PLSA_REFERENCED_DOMAIN_LIST* domains,
                                       PLSA_TRANSLATED_NAME* names);
-/// In advapi32.dll's table only (LoadLibraryW, GetProcAddress): declared for its type. The names as LookupAccountNameW
-/// takes them, the statuses and lists as LsaLookupSids has them; SIDs lie in the second list.
+/// In advapi32.dll's table only (LoadLibraryW, GetProcAddress): declared for its type. One name, as LookupAccountNameW
+/// takes it, the statuses and lists as LsaLookupSids has them; the SID lies in the second list.
 NTSTATUS LsaLookupNames2(LSA_HANDLE policy, ULONG flags, ULONG count, PLSA_UNICODE_STRING names,
                          PLSA_REFERENCED_DOMAIN_LIST* domains, PLSA_TRANSLATED_SID2* sids);
 /// The Win32 number of a status, ERROR_MR_MID_NOT_FOUND if it has none. Can't fail.

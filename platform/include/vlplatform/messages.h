@@ -28,7 +28,6 @@ struct MSG {
 };
 
 #define WM_QUIT 0x0012u
-#define WM_USER 0x0400u
 #define WM_APP 0x8000u
 #define PM_NOREMOVE 0x0u
 #define PM_REMOVE 0x1u

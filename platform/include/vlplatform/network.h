@@ -5,20 +5,8 @@
 #include <vlplatform/basetypes.h>
 
 #define NETWORK_ALIVE_LAN 0x1u
-#define NETWORK_ALIVE_WAN 0x2u
 
-enum EXTENDED_NAME_FORMAT {
-  NameUnknown = 0,
-  NameFullyQualifiedDN = 1,
-  NameSamCompatible = 2,
-  NameDisplay = 3,
-  NameUniqueId = 6,
-  NameCanonical = 7,
-  NameUserPrincipal = 8,
-  NameCanonicalEx = 9,
-  NameServicePrincipal = 10,
-  NameDnsDomain = 12
-};
+enum EXTENDED_NAME_FORMAT { NameSamCompatible = 2, NameUserPrincipal = 8 };
 
 extern "C" {
 /// Nonzero with NETWORK_ALIVE_LAN in `flags` if there is a network. A planned fault makes it 0.

@@ -11,9 +11,7 @@
 
 using OLECHAR = wchar_t;
 using BSTR = OLECHAR*;
-using VARTYPE = unsigned short;
-using PVOID = void*;
-using USHORT = unsigned short;
+using VARTYPE = USHORT;
 
 /// The element types that SafeArrayCreate knows. Those that hold objects of other makers are not among them.
 enum VARENUM : int {
@@ -48,9 +46,7 @@ enum VARENUM : int {
 #define E_FAIL (static_cast<HRESULT>(0x80004005u))
 #define E_OUTOFMEMORY (static_cast<HRESULT>(0x8007000Eu))
 #define E_INVALIDARG (static_cast<HRESULT>(0x80070057u))
-#define DISP_E_BADINDEX (static_cast<HRESULT>(0x8002000Bu))
 #define DISP_E_ARRAYISLOCKED (static_cast<HRESULT>(0x8002000Du))
-#define SUCCEEDED(hr) ((hr) >= 0)
 #define FAILED(hr) ((hr) < 0)
 
 struct SAFEARRAYBOUND {
@@ -91,8 +87,7 @@ VLPLATFORM_API BSTR SysAllocStringLen(const OLECHAR* text, UINT length);
 /// The same with bytes, which stay as they are.
 VLPLATFORM_API BSTR SysAllocStringByteLen(LPCSTR bytes, UINT length);
 VLPLATFORM_API void SysFreeString(BSTR text);
-/// In whole characters; 0 for null.
-VLPLATFORM_API UINT SysStringLen(BSTR text);
+/// 0 for null.
 VLPLATFORM_API UINT SysStringByteLen(BSTR text);
 }
 

@@ -40,7 +40,6 @@ struct SECURITY_ATTRIBUTES;
 #define HKEY_CURRENT_CONFIG VLPLATFORM_ROOT_KEY(0x80000005)
 
 #define DELETE 0x00010000u
-#define READ_CONTROL 0x00020000u
 #define MAXIMUM_ALLOWED 0x02000000u
 #define GENERIC_READ 0x80000000u
 #define GENERIC_WRITE 0x40000000u
@@ -51,8 +50,6 @@ struct SECURITY_ATTRIBUTES;
 #define KEY_SET_VALUE 0x0002u
 #define KEY_CREATE_SUB_KEY 0x0004u
 #define KEY_ENUMERATE_SUB_KEYS 0x0008u
-#define KEY_NOTIFY 0x0010u
-#define KEY_CREATE_LINK 0x0020u
 #define KEY_WOW64_64KEY 0x0100u
 #define KEY_WOW64_32KEY 0x0200u
 #define KEY_READ 0x20019u
@@ -65,15 +62,8 @@ struct SECURITY_ATTRIBUTES;
 #define REG_EXPAND_SZ 2u
 #define REG_BINARY 3u
 #define REG_DWORD 4u
-#define REG_DWORD_LITTLE_ENDIAN 4u
-#define REG_DWORD_BIG_ENDIAN 5u
-#define REG_LINK 6u
 #define REG_MULTI_SZ 7u
-#define REG_RESOURCE_LIST 8u
-#define REG_FULL_RESOURCE_DESCRIPTOR 9u
-#define REG_RESOURCE_REQUIREMENTS_LIST 10u
 #define REG_QWORD 11u
-#define REG_QWORD_LITTLE_ENDIAN 11u
 
 #define REG_OPTION_NON_VOLATILE 0u
 #define REG_OPTION_VOLATILE 1u
@@ -89,9 +79,6 @@ VLPLATFORM_API LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result);
 /// Makes the missing keys of the path, all of them volatile with REG_OPTION_VOLATILE.
 /// `className` and `security` are not looked at.
 VLPLATFORM_API LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
-                                       REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
-                                       LPDWORD disposition);
-VLPLATFORM_API LSTATUS RegCreateKeyExA(HKEY key, LPCSTR path, DWORD reserved, LPSTR className, DWORD options,
                                        REGSAM access, const SECURITY_ATTRIBUTES* security, PHKEY result,
                                        LPDWORD disposition);
 VLPLATFORM_API LSTATUS RegCloseKey(HKEY key);
@@ -123,11 +110,6 @@ VLPLATFORM_API LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD 
                                      LPDWORD type, LPBYTE data, LPDWORD size);
 VLPLATFORM_API LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved,
                                      LPWSTR className, LPDWORD classChars, FILETIME* lastWrite);
-/// Any pointer may be null. Lengths are in characters without terminator, the size of data in bytes.
-VLPLATFORM_API LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, LPDWORD classChars, LPDWORD reserved,
-                                        LPDWORD subkeys, LPDWORD longestSubkey, LPDWORD longestClass, LPDWORD values,
-                                        LPDWORD longestValueName, LPDWORD longestData, LPDWORD securityDescriptor,
-                                        FILETIME* lastWrite);
 }
 
 #endif

@@ -21,10 +21,6 @@ VLPLATFORM_API HRSRC FindResourceW(HINSTANCE module, LPCWSTR name, LPCWSTR type)
 /// terminator, read only). A null module is the program. 0 with the buffer untouched if the module has no such string
 /// (ERROR_RESOURCE_NAME_NOT_FOUND) or the buffer is null.
 VLPLATFORM_API int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int chars);
-/// Null stands for the program. The modules of the machine's table count as loaded, siblings if they are; else null
-/// with ERROR_MOD_NOT_FOUND. No reference is taken: the handle names a module's resources, GetProcAddress
-/// wants one of LoadLibraryW but for kernel32.dll and ntdll.dll, which every process has, and FreeLibrary wants one.
-VLPLATFORM_API HMODULE GetModuleHandleW(LPCWSTR name);
 }
 
 #endif

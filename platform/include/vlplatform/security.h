@@ -7,7 +7,6 @@
 #define SID_REVISION 1
 #define SID_MAX_SUB_AUTHORITIES 15
 #define SECURITY_MAX_SID_SIZE 68
-#define ANYSIZE_ARRAY 1
 
 using PSID = void*;
 
@@ -20,9 +19,8 @@ struct SID {
   BYTE Revision;
   BYTE SubAuthorityCount;
   SID_IDENTIFIER_AUTHORITY IdentifierAuthority;
-  DWORD SubAuthority[ANYSIZE_ARRAY];
+  DWORD SubAuthority[1];
 };
-using PISID = SID*;
 
 enum SID_NAME_USE {
   SidTypeUser = 1,
@@ -47,7 +45,6 @@ struct SID_AND_ATTRIBUTES {
 struct TOKEN_USER {
   SID_AND_ATTRIBUTES User;
 };
-using PTOKEN_USER = TOKEN_USER*;
 
 enum TOKEN_INFORMATION_CLASS { TokenUser = 1, TokenGroups, TokenPrivileges, TokenOwner, TokenPrimaryGroup };
 
@@ -63,7 +60,6 @@ VLPLATFORM_API PUCHAR GetSidSubAuthorityCount(PSID sid);
 VLPLATFORM_API PDWORD GetSidSubAuthority(PSID sid, DWORD index);
 /// Begins a SID whose sub-authorities the caller fills in. ERROR_INVALID_PARAMETER for more than 15 of them.
 VLPLATFORM_API BOOL InitializeSid(PSID sid, PSID_IDENTIFIER_AUTHORITY authority, BYTE subAuthorities);
-VLPLATFORM_API BOOL EqualSid(PSID first, PSID second);
 /// ERROR_INSUFFICIENT_BUFFER if `bytes` are too few, ERROR_INVALID_SID if there is no valid SID to copy.
 VLPLATFORM_API BOOL CopySid(DWORD bytes, PSID target, PSID source);
 
@@ -71,8 +67,8 @@ VLPLATFORM_API BOOL CopySid(DWORD bytes, PSID target, PSID source);
 /// ERROR_INVALID_PARAMETER for null pointers, ERROR_INVALID_SID.
 VLPLATFORM_API BOOL ConvertSidToStringSidW(PSID sid, LPWSTR* text);
 /// The SID is a block for LocalFree. Reads "S-1-" with an authority and 1 to 15 sub-authorities, decimal or
-/// hexadecimal ("0x"), and the two-letter names of well-known SIDs, as "SY". ERROR_INVALID_PARAMETER for null pointers,
-/// ERROR_INVALID_SID for all other texts.
+/// hexadecimal ("0x"). ERROR_INVALID_PARAMETER for null pointers, ERROR_INVALID_SID for all other texts, the platform's
+/// two-letter names as well.
 VLPLATFORM_API BOOL ConvertStringSidToSidW(LPCWSTR text, PSID* sid);
 
 /// Finds an account by "DOMAIN\name", by a bare name or a user principal name, and a domain by its name. `system`: null

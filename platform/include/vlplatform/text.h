@@ -1,4 +1,4 @@
-/// Narrow and wide text. The stand-in has one code page: CP_ACP and CP_UTF8 both are UTF-8.
+/// Narrow and wide text, and case. The stand-in has one code page: CP_ACP and CP_UTF8 both are UTF-8.
 #ifndef VLPLATFORM_TEXT_H
 #define VLPLATFORM_TEXT_H
 
@@ -18,6 +18,11 @@ VLPLATFORM_API UINT GetACP();
 VLPLATFORM_API int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR buffer, int chars);
 VLPLATFORM_API int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int chars, LPSTR buffer, int bytes,
                                        LPCSTR defaultChar, BOOL* usedDefaultChar);
+
+/// The other case of one character, which stands in the pointer's place; what points to a text comes back as it is.
+/// One character for one, by Unicode; beyond ASCII nothing becomes ASCII. Can't fail.
+VLPLATFORM_API LPWSTR CharUpperW(LPWSTR character);
+VLPLATFORM_API LPWSTR CharLowerW(LPWSTR character);
 }
 
 #endif

@@ -6,8 +6,6 @@
 
 // wProductType
 #define VER_NT_WORKSTATION 0x1u
-#define VER_NT_DOMAIN_CONTROLLER 0x2u
-#define VER_NT_SERVER 0x3u
 
 // wSuiteMask
 #define VER_SUITE_ENTERPRISE 0x2u
@@ -31,36 +29,24 @@ struct OSVERSIONINFOW {
   WCHAR szCSDVersion[128];
 };
 
-struct OSVERSIONINFOEXW {
+template <class Char>
+struct OsVersionInfoEx {
   DWORD dwOSVersionInfoSize;
   DWORD dwMajorVersion;
   DWORD dwMinorVersion;
   DWORD dwBuildNumber;
   DWORD dwPlatformId;
-  WCHAR szCSDVersion[128];
+  Char szCSDVersion[128];
   WORD wServicePackMajor;
   WORD wServicePackMinor;
   WORD wSuiteMask;
   BYTE wProductType;
   BYTE wReserved;
 };
-
-struct OSVERSIONINFOEXA {
-  DWORD dwOSVersionInfoSize;
-  DWORD dwMajorVersion;
-  DWORD dwMinorVersion;
-  DWORD dwBuildNumber;
-  DWORD dwPlatformId;
-  CHAR szCSDVersion[128];
-  WORD wServicePackMajor;
-  WORD wServicePackMinor;
-  WORD wSuiteMask;
-  BYTE wProductType;
-  BYTE wReserved;
-};
+using OSVERSIONINFOEXW = OsVersionInfoEx<WCHAR>;
+using OSVERSIONINFOEXA = OsVersionInfoEx<char>;
 
 using LPOSVERSIONINFOW = OSVERSIONINFOW*;
-using LPOSVERSIONINFOEXW = OSVERSIONINFOEXW*;
 using LPOSVERSIONINFOEXA = OSVERSIONINFOEXA*;
 
 extern "C" {

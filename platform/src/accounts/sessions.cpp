@@ -9,23 +9,9 @@
 
 namespace vlplatform {
 
-void Sessions::reset() {
-  const std::lock_guard lock(mutex_);
-  user_.reset();
-}
-
-void Sessions::setUser(std::wstring_view domain, std::wstring_view name) {
-  const OwnAllocations own;
-  const std::lock_guard lock(mutex_);
-  user_ = User{std::wstring(name), std::wstring(domain)};
-}
-
 Sessions::User Sessions::user() const {
-  {
-    const std::lock_guard lock(mutex_);
-    if (user_) {
-      return *user_;
-    }
+  if (const auto user = facts_.get(&Facts::user)) {
+    return *user;
   }
   const uid_t user = getuid();
   return {nameOfUser(user).value_or(std::to_wstring(user)), machine().accounts().computerName()};

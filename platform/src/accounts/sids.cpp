@@ -59,16 +59,6 @@ BOOL InitializeSid(PSID sid, PSID_IDENTIFIER_AUTHORITY authority, BYTE subAuthor
   return TRUE;
 }
 
-BOOL EqualSid(PSID first, PSID second) {
-  if (gateFails("EqualSid")) {
-    return FALSE;
-  }
-  if (!isValidSid(first) || !isValidSid(second)) {
-    return succeed(ERROR_INVALID_SID);
-  }
-  return lengthOf(first) == lengthOf(second) && std::memcmp(first, second, lengthOf(first)) == 0;
-}
-
 BOOL CopySid(DWORD bytes, PSID target, PSID source) {
   if (gateFails("CopySid")) {
     return FALSE;

@@ -11,21 +11,6 @@ constexpr std::size_t kHeaderSize = offsetof(SID, SubAuthority);
 constexpr std::uint64_t kMost32 = 0xFFFFFFFF;
 constexpr std::uint64_t kMost48 = 0xFFFFFFFFFFFF;
 
-struct Alias {
-  wchar_t name[3];
-  const wchar_t* sid;
-};
-
-constexpr Alias kAliases[] = {
-    {L"AN", L"S-1-5-7"},      {L"AO", L"S-1-5-32-548"}, {L"AU", L"S-1-5-11"},     {L"BA", L"S-1-5-32-544"},
-    {L"BG", L"S-1-5-32-546"}, {L"BO", L"S-1-5-32-551"}, {L"BU", L"S-1-5-32-545"}, {L"CG", L"S-1-3-1"},
-    {L"CO", L"S-1-3-0"},      {L"ED", L"S-1-5-9"},      {L"IU", L"S-1-5-4"},      {L"LS", L"S-1-5-19"},
-    {L"NO", L"S-1-5-32-556"}, {L"NS", L"S-1-5-20"},     {L"NU", L"S-1-5-2"},      {L"OW", L"S-1-3-4"},
-    {L"PO", L"S-1-5-32-550"}, {L"PS", L"S-1-5-10"},     {L"PU", L"S-1-5-32-547"}, {L"RC", L"S-1-5-12"},
-    {L"RD", L"S-1-5-32-555"}, {L"RE", L"S-1-5-32-552"}, {L"SO", L"S-1-5-32-549"}, {L"SU", L"S-1-5-6"},
-    {L"SY", L"S-1-5-18"},     {L"WD", L"S-1-1-0"},
-};
-
 unsigned digitOf(wchar_t c) {
   if (c >= L'0' && c <= L'9') {
     return static_cast<unsigned>(c - L'0');
@@ -117,11 +102,6 @@ std::optional<SidValue> SidValue::ofBlock(const void* sid) {
 }
 
 std::optional<SidValue> SidValue::ofText(std::wstring_view text) {
-  for (const Alias& alias : kAliases) {
-    if (sameName(text, alias.name)) {
-      return ofText(alias.sid);
-    }
-  }
   constexpr std::wstring_view kStart = L"S-1-";
   if (!sameName(text.substr(0, kStart.size()), kStart)) {
     return std::nullopt;

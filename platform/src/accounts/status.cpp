@@ -13,7 +13,6 @@ constexpr struct {
   DWORD code;
 } kCodes[] = {
     {STATUS_SUCCESS, ERROR_SUCCESS},
-    {STATUS_SOME_NOT_MAPPED, ERROR_SOME_NOT_MAPPED},
     {STATUS_UNSUCCESSFUL, ERROR_GEN_FAILURE},
     {STATUS_INVALID_HANDLE, ERROR_INVALID_HANDLE},
     {STATUS_INVALID_PARAMETER, ERROR_INVALID_PARAMETER},
@@ -42,8 +41,7 @@ DWORD win32Of(NTSTATUS status) {
 }
 
 NTSTATUS statusOfFault(DWORD code) {
-  const bool isStatus = code >= 0x80000000 || static_cast<NTSTATUS>(code) == STATUS_SOME_NOT_MAPPED;
-  return static_cast<NTSTATUS>(isStatus ? code : kWin32Facility | (code & 0xFFFF));
+  return static_cast<NTSTATUS>(code >= 0x80000000 ? code : kWin32Facility | (code & 0xFFFF));
 }
 
 }  // namespace vlplatform

@@ -66,11 +66,8 @@ std::optional<SystemUser> userNamed(const std::string& name) {
 
 std::wstring thisComputersName() {
   const std::string host = hostName();
-  std::wstring name = toWide(std::string_view(host).substr(0, host.find('.'))).substr(0, MAX_COMPUTERNAME_LENGTH);
-  for (wchar_t& c : name) {
-    c = c >= L'a' && c <= L'z' ? c - L'a' + L'A' : c;
-  }
-  return name.empty() ? L"LOCALHOST" : name;
+  const std::wstring name = upperCase(toWide(std::string_view(host).substr(0, host.find('.'))));
+  return name.empty() ? L"LOCALHOST" : name.substr(0, MAX_COMPUTERNAME_LENGTH);
 }
 
 std::wstring thisComputersDomainSid() {

@@ -6,38 +6,15 @@
 
 namespace vlplatform {
 
-void Files::reset() {
-  const std::lock_guard lock(mutex_);
-  root_.clear();
-  inUse_.clear();
-}
-
-void Files::setRoot(const std::filesystem::path& folder) {
-  const std::lock_guard lock(mutex_);
-  root_ = folder;
-}
-
-std::filesystem::path Files::root() const {
-  const std::lock_guard lock(mutex_);
-  return root_;
-}
-
 void Files::setInUse(std::wstring_view path, bool inUse) {
   const auto full = files::fullPath(std::wstring(path).c_str());
   if (!full) {
     return;
   }
-  const std::lock_guard lock(mutex_);
-  if (inUse) {
-    inUse_.insert(files::comparable(*full));
-  } else {
-    inUse_.erase(files::comparable(*full));
-  }
-}
-
-bool Files::inUse(const std::wstring& fullPath) const {
-  const std::lock_guard lock(mutex_);
-  return inUse_.contains(fullPath);
+  facts_.with([&](Facts& facts) {
+    const std::wstring comparable = files::comparable(*full);
+    inUse ? void(facts.inUse.insert(comparable)) : void(facts.inUse.erase(comparable));
+  });
 }
 
 namespace files {

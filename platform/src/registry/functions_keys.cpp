@@ -2,7 +2,7 @@
 #include <cwchar>
 
 #include "../calendar.h"
-#include "narrowtext.h"
+#include "../unicode.h"
 #include "state.h"
 
 namespace vlplatform::registry {
@@ -149,7 +149,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR path, DWORD /*options*/, REGSAM access, 
 
 LSTATUS RegOpenKeyExA(HKEY key, LPCSTR path, DWORD /*options*/, REGSAM access, PHKEY result) {
   const OwnAllocations own;
-  return openKey("RegOpenKeyExA", key, WideName(path).get(), access, result);
+  return openKey("RegOpenKeyExA", key, wideOrEmpty(path).c_str(), access, result);
 }
 
 LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result) {
@@ -159,12 +159,6 @@ LSTATUS RegOpenKeyW(HKEY key, LPCWSTR path, PHKEY result) {
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR /*className*/, DWORD options, REGSAM access,
                         const SECURITY_ATTRIBUTES* /*security*/, PHKEY result, LPDWORD disposition) {
   return createKey("RegCreateKeyExW", key, path, reserved, options, access, result, disposition);
-}
-
-LSTATUS RegCreateKeyExA(HKEY key, LPCSTR path, DWORD reserved, LPSTR /*className*/, DWORD options, REGSAM access,
-                        const SECURITY_ATTRIBUTES* /*security*/, PHKEY result, LPDWORD disposition) {
-  const OwnAllocations own;
-  return createKey("RegCreateKeyExA", key, WideName(path).get(), reserved, options, access, result, disposition);
 }
 
 // A planned fault shows in the result, but the handle goes: nobody can do more about a release than call it once.
@@ -243,50 +237,6 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPD
     }
     if (lastWrite != nullptr) {
       *lastWrite = fileTimeOf(static_cast<std::int64_t>(child.lastWrite));
-    }
-    return ERROR_SUCCESS;
-  });
-}
-
-// NOLINTNEXTLINE(readability-non-const-parameter): the platform's signature
-LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, LPDWORD classChars, LPDWORD reserved, LPDWORD subkeys,
-                         LPDWORD longestSubkey, LPDWORD longestClass, LPDWORD values, LPDWORD longestValueName,
-                         LPDWORD longestData, LPDWORD securityDescriptor, FILETIME* lastWrite) {
-  return reading("RegQueryInfoKeyW", [&](const State& state) -> DWORD {
-    if (reserved != nullptr || (className != nullptr && classChars == nullptr)) {
-      return ERROR_INVALID_PARAMETER;
-    }
-    const Opened* opened = nullptr;
-    const DWORD code = state.find(key, KEY_QUERY_VALUE, &opened);
-    if (code != ERROR_SUCCESS) {
-      return code;
-    }
-    const Key& found = *opened->key;
-    const auto tell = [](LPDWORD out, std::size_t number) {
-      if (out != nullptr) {
-        *out = static_cast<DWORD>(number);
-      }
-    };
-    const auto longest = [](const auto& items, auto sizeOf) {
-      std::size_t size = 0;
-      for (const auto& item : items) {
-        size = std::max(size, sizeOf(item));
-      }
-      return size;
-    };
-    if (className != nullptr && *classChars != 0) {
-      *className = L'\0';
-    }
-    tell(classChars, 0);
-    tell(subkeys, found.children.size());
-    tell(longestSubkey, longest(found.children, [](const auto& child) { return child->name.size(); }));
-    tell(longestClass, 0);
-    tell(values, found.values.size());
-    tell(longestValueName, longest(found.values, [](const Value& value) { return value.name.size(); }));
-    tell(longestData, longest(found.values, [](const Value& value) { return value.data.size(); }));
-    tell(securityDescriptor, 0);
-    if (lastWrite != nullptr) {
-      *lastWrite = fileTimeOf(static_cast<std::int64_t>(found.lastWrite));
     }
     return ERROR_SUCCESS;
   });

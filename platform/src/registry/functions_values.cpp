@@ -1,49 +1,40 @@
 #include <cstring>
 
-#include "narrowtext.h"
+#include "../unicode.h"
 #include "regfile.h"
 #include "state.h"
 
 namespace vlplatform::registry {
 namespace {
 
-// How data is told: as it is stored, or text as UTF-8.
-enum class Width { wide, narrow };
-
-std::size_t sizeOf(const Value& value, bool narrowed) {
-  std::size_t size = value.data.size();
-  if (narrowed) {
-    size = 0;
-    narrow(value.data.data(), value.data.size(), [&](const char*, std::size_t bytes) { size += bytes; });
-  }
-  return size;
+std::wstring_view charactersOf(const std::vector<BYTE>& data) {
+  return {reinterpret_cast<const wchar_t*>(data.data()), data.size() / sizeof(wchar_t)};
 }
 
-// ERROR_MORE_DATA leaves the buffer alone and tells the size.
-DWORD tell(const Value& value, Width width, LPDWORD type, LPBYTE data, LPDWORD size) {
+// Data as it is stored, or for the narrow functions text as UTF-8. ERROR_MORE_DATA leaves the buffer alone and tells
+// the size.
+template <class Char>
+DWORD tell(const Value& value, LPDWORD type, LPBYTE data, LPDWORD size) {
   if (type != nullptr) {
     *type = value.type;
   }
   if (size == nullptr) {
     return ERROR_SUCCESS;
   }
-  const bool narrowed = width == Width::narrow && isTextType(value.type);
+  std::string text;
+  std::string_view bytes(reinterpret_cast<const char*>(value.data.data()), value.data.size());
+  if (std::is_same_v<Char, char> && isTextType(value.type)) {
+    bytes = text = toUtf8(charactersOf(value.data));
+  }
   const DWORD capacity = *size;
-  *size = static_cast<DWORD>(sizeOf(value, narrowed));
+  *size = static_cast<DWORD>(bytes.size());
   if (data == nullptr) {
     return ERROR_SUCCESS;
   }
   if (*size > capacity) {
     return ERROR_MORE_DATA;
   }
-  if (narrowed) {
-    narrow(value.data.data(), value.data.size(), [&](const char* bytes, std::size_t count) {
-      std::memcpy(data, bytes, count);
-      data += count;
-    });
-  } else if (*size != 0) {
-    std::memcpy(data, value.data.data(), *size);
-  }
+  bytes.copy(reinterpret_cast<char*>(data), bytes.size());
   return ERROR_SUCCESS;
 }
 
@@ -51,8 +42,9 @@ std::wstring_view nameOf(LPCWSTR name) {
   return name != nullptr ? std::wstring_view(name) : std::wstring_view();
 }
 
-LSTATUS queryValue(const char* function, HKEY key, LPCWSTR name, Width width, const DWORD* reserved, LPDWORD type,
-                   LPBYTE data, LPDWORD size) {
+template <class Char>
+LSTATUS queryValue(const char* function, HKEY key, LPCWSTR name, const DWORD* reserved, LPDWORD type, LPBYTE data,
+                   LPDWORD size) {
   return reading(function, [&](const State& state) -> DWORD {
     if (reserved != nullptr || (data != nullptr && size == nullptr)) {
       return ERROR_INVALID_PARAMETER;
@@ -69,7 +61,7 @@ LSTATUS queryValue(const char* function, HKEY key, LPCWSTR name, Width width, co
       }
       return ERROR_FILE_NOT_FOUND;
     }
-    return tell(*value, width, type, data, size);
+    return tell<Char>(*value, type, data, size);
   });
 }
 
@@ -92,10 +84,9 @@ LSTATUS setValue(const char* function, HKEY key, LPCWSTR name, DWORD reserved, D
   });
 }
 
-// `nameIn` gives the name in the function's width.
-template <class Char, class NameIn>
-LSTATUS enumValue(const char* function, HKEY key, DWORD index, Char* name, LPDWORD nameChars, Width width,
-                  const DWORD* reserved, LPDWORD type, LPBYTE data, LPDWORD size, NameIn nameIn) {
+template <class Char>
+LSTATUS enumValue(const char* function, HKEY key, DWORD index, Char* name, LPDWORD nameChars, const DWORD* reserved,
+                  LPDWORD type, LPBYTE data, LPDWORD size) {
   return reading(function, [&](const State& state) -> DWORD {
     if (name == nullptr || nameChars == nullptr || reserved != nullptr || (data != nullptr && size == nullptr)) {
       return ERROR_INVALID_PARAMETER;
@@ -109,14 +100,14 @@ LSTATUS enumValue(const char* function, HKEY key, DWORD index, Char* name, LPDWO
       return ERROR_NO_MORE_ITEMS;
     }
     const Value& value = opened->key->values[index];
-    const auto& text = nameIn(value.name);
+    const std::basic_string<Char> text = inWidth<Char>(value.name);
     if (text.size() >= *nameChars) {
-      tell(value, width, type, nullptr, size);
+      tell<Char>(value, type, nullptr, size);
       return ERROR_MORE_DATA;
     }
     std::memcpy(name, text.c_str(), (text.size() + 1) * sizeof(Char));
     *nameChars = static_cast<DWORD>(text.size());
-    return tell(value, width, type, data, size);
+    return tell<Char>(value, type, data, size);
   });
 }
 
@@ -127,12 +118,12 @@ using namespace vlplatform;
 using namespace vlplatform::registry;
 
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
-  return queryValue("RegQueryValueExW", key, name, Width::wide, reserved, type, data, size);
+  return queryValue<wchar_t>("RegQueryValueExW", key, name, reserved, type, data, size);
 }
 
 LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
   const OwnAllocations own;
-  return queryValue("RegQueryValueExA", key, WideName(name).get(), Width::narrow, reserved, type, data, size);
+  return queryValue<char>("RegQueryValueExA", key, wideOrEmpty(name).c_str(), reserved, type, data, size);
 }
 
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
@@ -141,13 +132,12 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const
 
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
   const OwnAllocations own;
-  const WideName wideName(name);
+  const std::wstring wideName = wideOrEmpty(name);
   if (data == nullptr || !isTextType(type)) {
-    return setValue("RegSetValueExA", key, wideName.get(), reserved, type, data, size);
+    return setValue("RegSetValueExA", key, wideName.c_str(), reserved, type, data, size);
   }
-  std::wstring text;
-  widen(reinterpret_cast<const char*>(data), size, [&](wchar_t c) { text.push_back(c); });
-  return setValue("RegSetValueExA", key, wideName.get(), reserved, type, reinterpret_cast<const BYTE*>(text.data()),
+  const std::wstring text = toWide(std::string_view(reinterpret_cast<const char*>(data), size));
+  return setValue("RegSetValueExA", key, wideName.c_str(), reserved, type, reinterpret_cast<const BYTE*>(text.data()),
                   text.size() * sizeof(wchar_t));
 }
 
@@ -168,18 +158,10 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR name) {
 
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameChars, LPDWORD reserved, LPDWORD type,
                       LPBYTE data, LPDWORD size) {
-  return enumValue("RegEnumValueW", key, index, name, nameChars, Width::wide, reserved, type, data, size,
-                   [](const std::wstring& own) -> const std::wstring& { return own; });
+  return enumValue("RegEnumValueW", key, index, name, nameChars, reserved, type, data, size);
 }
 
 LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameChars, LPDWORD reserved, LPDWORD type, LPBYTE data,
                       LPDWORD size) {
-  const OwnAllocations own;
-  return enumValue("RegEnumValueA", key, index, name, nameChars, Width::narrow, reserved, type, data, size,
-                   [](const std::wstring& wide) {
-                     std::string text;
-                     narrow(reinterpret_cast<const BYTE*>(wide.data()), wide.size() * sizeof(wchar_t),
-                            [&](const char* bytes, std::size_t count) { text.append(bytes, count); });
-                     return text;
-                   });
+  return enumValue("RegEnumValueA", key, index, name, nameChars, reserved, type, data, size);
 }

@@ -4,7 +4,7 @@
 
 #include <vlplatform/utf8.h>
 
-#include "foldcase.h"
+#include "../unicode.h"
 
 namespace vlplatform::registry {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <vlplatform/utf8.h>
 
-#include "foldcase.h"
+#include "../unicode.h"
 #include "regfile.h"
 
 namespace vlplatform::registry {

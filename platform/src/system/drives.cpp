@@ -19,7 +19,7 @@ constexpr wchar_t kSystemLetter = L'C';
 constexpr wchar_t kLastLetter = L'Z';
 
 wchar_t upperLetter(wchar_t letter) {
-  const wchar_t upper = letter >= L'a' && letter <= L'z' ? letter - L'a' + L'A' : letter;
+  const wchar_t upper = upperCase(letter);
   return upper >= kFirstLetter && upper <= kLastLetter ? upper : L'\0';
 }
 
@@ -68,7 +68,6 @@ Drives::List thisComputersDrives() {
 void Drives::reset() {
   const std::lock_guard lock(mutex_);
   list_.reset();
-  next_.reset();
 }
 
 void Drives::clear() {
@@ -90,26 +89,9 @@ void Drives::remove(wchar_t letter) {
   known().erase(upperLetter(letter));
 }
 
-void Drives::setAfterNextQuery(wchar_t letter, UINT type) {
-  const std::lock_guard lock(mutex_);
-  if (const wchar_t upper = upperLetter(letter)) {
-    next_.emplace(upper, type);
-  }
-}
-
 Drives::List Drives::list() const {
   const std::lock_guard lock(mutex_);
   return known();
-}
-
-Drives::List Drives::query() {
-  const std::lock_guard lock(mutex_);
-  List answer = known();
-  if (next_) {
-    known()[next_->first] = next_->second;
-    next_.reset();
-  }
-  return answer;
 }
 
 Drives::List& Drives::known() const {
@@ -125,7 +107,7 @@ template <class Char>
 DWORD rootTexts(DWORD chars, Char* buffer) {
   const OwnAllocations own;
   std::basic_string<Char> texts;
-  for (const auto& [letter, type] : machine().drives().query()) {
+  for (const auto& [letter, type] : machine().drives().list()) {
     texts += {static_cast<Char>(letter), Char{':'}, Char{'\\'}, Char{}};
   }
   const auto size = static_cast<DWORD>(texts.size());

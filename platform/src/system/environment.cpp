@@ -32,12 +32,6 @@ constexpr struct {
 void Environment::reset() {
   const std::lock_guard lock(mutex_);
   variables_.reset();
-  next_.clear();
-}
-
-void Environment::clear() {
-  const std::lock_guard lock(mutex_);
-  variables_.emplace();
 }
 
 void Environment::set(std::wstring_view name, std::wstring_view value) {
@@ -52,27 +46,11 @@ bool Environment::remove(std::wstring_view name) {
   return known().erase(lowerCase(name)) != 0;
 }
 
-void Environment::setAfterNextQuery(std::wstring_view name, std::wstring_view value) {
-  const OwnAllocations own;
-  const std::lock_guard lock(mutex_);
-  next_[lowerCase(name)] = value;
-}
-
 std::optional<std::wstring> Environment::value(std::wstring_view name) const {
   const std::lock_guard lock(mutex_);
   const Variables& variables = known();
   const auto found = variables.find(lowerCase(name));
   return found != variables.end() ? std::optional(found->second) : std::nullopt;
-}
-
-std::optional<std::wstring> Environment::query(std::wstring_view name) {
-  std::optional<std::wstring> answer = value(name);
-  const std::lock_guard lock(mutex_);
-  if (const auto found = next_.find(lowerCase(name)); found != next_.end()) {
-    known()[found->first] = found->second;
-    next_.erase(found);
-  }
-  return answer;
 }
 
 // Where the process's environment has names that differ in case only, the first one counts.
@@ -101,7 +79,7 @@ DWORD readVariable(const Char* name, Char* buffer, DWORD chars) {
     return 0;
   }
   const OwnAllocations own;
-  const std::optional<std::wstring> value = machine().environment().query(wideOrEmpty(name));
+  const std::optional<std::wstring> value = machine().environment().value(wideOrEmpty(name));
   if (!value) {
     SetLastError(ERROR_ENVVAR_NOT_FOUND);
     return 0;

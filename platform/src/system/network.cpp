@@ -34,55 +34,32 @@ std::wstring_view suffixOf(std::wstring_view principal) {
 
 }  // namespace
 
-void Network::reset() {
-  const std::lock_guard lock(mutex_);
-  alive_.reset();
-  sizeQuerySucceeds_ = true;
-  principals_.clear();
-}
-
-void Network::setAlive(bool alive) {
-  const std::lock_guard lock(mutex_);
-  alive_ = alive;
-}
-
 bool Network::alive() const {
-  const std::lock_guard lock(mutex_);
-  return alive_ ? *alive_ : thisComputersNetworkAlive();
+  const auto alive = facts_.get(&Facts::alive);
+  return alive ? *alive : thisComputersNetworkAlive();
 }
 
 void Network::addPrincipal(std::wstring_view principal, std::wstring_view samName) {
-  const OwnAllocations own;
-  const std::lock_guard lock(mutex_);
-  principals_[lowerCase(principal)] = samName;
-}
-
-void Network::setSizeQuerySucceeds(bool succeeds) {
-  const std::lock_guard lock(mutex_);
-  sizeQuerySucceeds_ = succeeds;
-}
-
-bool Network::sizeQuerySucceeds() const {
-  const std::lock_guard lock(mutex_);
-  return sizeQuerySucceeds_;
+  facts_.with([&](Facts& facts) { facts.principals[lowerCase(principal)] = samName; });
 }
 
 DWORD Network::translate(std::wstring_view principal, std::wstring* samName) const {
   if (!alive()) {
     return ERROR_NO_SUCH_DOMAIN;
   }
-  const std::wstring key = lowerCase(principal);
-  const std::lock_guard lock(mutex_);
-  if (const auto found = principals_.find(key); found != principals_.end()) {
-    *samName = found->second;
-    return ERROR_SUCCESS;
-  }
-  for (const auto& [known, name] : principals_) {
-    if (suffixOf(known) == suffixOf(key)) {
-      return ERROR_NONE_MAPPED;
+  return facts_.with([&](const Facts& facts) -> DWORD {
+    const std::wstring key = lowerCase(principal);
+    if (const auto found = facts.principals.find(key); found != facts.principals.end()) {
+      *samName = found->second;
+      return ERROR_SUCCESS;
     }
-  }
-  return ERROR_NO_SUCH_DOMAIN;
+    for (const auto& [known, name] : facts.principals) {
+      if (suffixOf(known) == suffixOf(key)) {
+        return ERROR_NONE_MAPPED;
+      }
+    }
+    return ERROR_NO_SUCH_DOMAIN;
+  });
 }
 
 namespace {

@@ -4,30 +4,6 @@
 
 #include "gate.h"
 
-namespace vlplatform {
-
-void Version::reset() {
-  set({});
-}
-
-void Version::set(const VersionFacts& facts) {
-  const std::lock_guard lock(mutex_);
-  facts_ = facts;
-}
-
-void Version::setNumbers(DWORD major, DWORD minor) {
-  const std::lock_guard lock(mutex_);
-  facts_.major = major;
-  facts_.minor = minor;
-}
-
-VersionFacts Version::facts() const {
-  const std::lock_guard lock(mutex_);
-  return facts_;
-}
-
-}  // namespace vlplatform
-
 BOOL GetVersionExW(LPOSVERSIONINFOW information) {
   if (vlplatform::gateFails("GetVersionExW")) {
     return FALSE;
@@ -44,10 +20,9 @@ BOOL GetVersionExW(LPOSVERSIONINFOW information) {
   information->szCSDVersion[0] = L'\0';
   if (size == sizeof(OSVERSIONINFOEXW)) {
     auto* const extended = reinterpret_cast<OSVERSIONINFOEXW*>(information);
-    extended->wServicePackMajor = facts.servicePackMajor;
-    extended->wServicePackMinor = facts.servicePackMinor;
+    extended->wServicePackMajor = extended->wServicePackMinor = 0;
     extended->wSuiteMask = facts.suiteMask;
-    extended->wProductType = facts.productType;
+    extended->wProductType = VER_NT_WORKSTATION;
     extended->wReserved = 0;
   }
   return TRUE;

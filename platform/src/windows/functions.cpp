@@ -52,16 +52,6 @@ HWND GetDlgItem(HWND dialog, int id) {
   return found;
 }
 
-int GetDlgCtrlID(HWND window) {
-  const WindowPointer found = gateFails("GetDlgCtrlID") ? nullptr : windows::find(window);
-  return found != nullptr ? found->id : 0;
-}
-
-HWND GetParent(HWND window) {
-  const WindowPointer found = gateFails("GetParent") ? nullptr : windows::find(window);
-  return found != nullptr ? found->parent : nullptr;
-}
-
 int GetWindowTextLengthW(HWND window) {
   return gateFails("GetWindowTextLengthW") ? 0 : static_cast<int>(windows::send(window, WM_GETTEXTLENGTH, 0, 0));
 }
@@ -106,14 +96,7 @@ LRESULT DispatchMessageW(const MSG* message) {
 }
 
 LONG_PTR GetWindowLongPtrW(HWND window, int index) {
-  if (gateFails("GetWindowLongPtrW")) {
-    return 0;
-  }
-  if (index == GWLP_ID || index == GWL_STYLE) {
-    const WindowPointer found = windows::find(window);
-    return found == nullptr ? 0 : index == GWLP_ID ? found->id : static_cast<LONG_PTR>(found->style);
-  }
-  const LONG_PTR* const value = dialogValue(window, index);
+  const LONG_PTR* const value = gateFails("GetWindowLongPtrW") ? nullptr : dialogValue(window, index);
   return value != nullptr ? *value : 0;
 }
 

@@ -2,9 +2,9 @@
 #ifndef VLPLATFORM_MACHINE_CLOCK_H
 #define VLPLATFORM_MACHINE_CLOCK_H
 
-#include <mutex>
 #include <optional>
 
+#include <vlplatform/machine/guarded.h>
 #include <vlplatform/time.h>
 
 namespace vlplatform {
@@ -12,10 +12,10 @@ namespace vlplatform {
 /// Answers from this machine's clock and zone (as the C library knows them) until a test sets others. Thread-safe.
 class VLPLATFORM_API Clock {
  public:
-  void reset();
+  void reset() { facts_.reset(); }
   /// Stops the clock at this tick count (100 ns since 1601, UTC).
-  void setTicks(std::uint64_t ticks);
-  void setZone(const TIME_ZONE_INFORMATION& zone);
+  void setTicks(std::uint64_t ticks) { facts_.set(&Facts::ticks, ticks); }
+  void setZone(const TIME_ZONE_INFORMATION& zone) { facts_.set(&Facts::zone, zone); }
 
   std::uint64_t ticks() const;
   TIME_ZONE_INFORMATION zone() const;
@@ -23,9 +23,11 @@ class VLPLATFORM_API Clock {
   LONG bias() const;
 
  private:
-  mutable std::mutex mutex_;
-  std::optional<std::uint64_t> ticks_;
-  std::optional<TIME_ZONE_INFORMATION> zone_;
+  struct Facts {
+    std::optional<std::uint64_t> ticks{};
+    std::optional<TIME_ZONE_INFORMATION> zone{};
+  };
+  Guarded<Facts> facts_;
 };
 
 }  // namespace vlplatform

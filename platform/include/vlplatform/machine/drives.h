@@ -5,7 +5,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <utility>
 
 #include <vlplatform/system.h>
 
@@ -21,19 +20,14 @@ class VLPLATFORM_API Drives {
   void clear();
   void set(wchar_t letter, UINT type);
   void remove(wchar_t letter);
-  /// The same as set(), but only once the list of drives has been asked for once more.
-  void setAfterNextQuery(wchar_t letter, UINT type);
 
   List list() const;
-  /// For the stand-in's functions: list(), counted as a query.
-  List query();
 
  private:
   List& known() const;
 
   mutable std::mutex mutex_;
   mutable std::optional<List> list_;  // empty until asked for
-  std::optional<List::value_type> next_;
 };
 
 }  // namespace vlplatform

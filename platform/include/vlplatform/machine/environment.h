@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <vlplatform/basetypes.h>
 
@@ -19,16 +18,11 @@ namespace vlplatform {
 class VLPLATFORM_API Environment {
  public:
   void reset();
-  void clear();
   void set(std::wstring_view name, std::wstring_view value);
   /// False if there was none.
   bool remove(std::wstring_view name);
-  /// The same as set(), but only once this variable has been asked for once more.
-  void setAfterNextQuery(std::wstring_view name, std::wstring_view value);
 
   std::optional<std::wstring> value(std::wstring_view name) const;
-  /// For the stand-in's functions: value(), counted as a query.
-  std::optional<std::wstring> query(std::wstring_view name);
 
  private:
   using Variables = std::map<std::wstring, std::wstring>;  // by the name in lower case
@@ -36,7 +30,6 @@ class VLPLATFORM_API Environment {
 
   mutable std::mutex mutex_;
   mutable std::optional<Variables> variables_;  // empty until asked for
-  Variables next_;
 };
 
 }  // namespace vlplatform

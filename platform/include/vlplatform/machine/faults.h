@@ -3,6 +3,7 @@
 #define VLPLATFORM_MACHINE_FAULTS_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -42,6 +43,9 @@ class VLPLATFORM_API Faults {
             DWORD code = kDefaultCode);
   /// The same for the n-th call of any function.
   void failAny(std::uint64_t n, FaultSpan span = FaultSpan::once, DWORD code = kDefaultCode);
+
+  /// Runs `action` ahead of the n-th call of `function` from now: what others do between two calls.
+  void before(std::string_view function, std::uint64_t n, std::function<void()> action);
 
   /// Nothing fails from now on; calls are counted as before.
   void forgetPlans();

@@ -24,7 +24,6 @@ class VLPLATFORM_API Installer {
 
   /// A handle is never given twice.
   MSIHANDLE open();
-  void close(MSIHANDLE install);
 
   /// False if there is no such session.
   bool setProperty(MSIHANDLE install, std::wstring_view name, std::wstring_view value);

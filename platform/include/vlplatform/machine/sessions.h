@@ -2,11 +2,11 @@
 #ifndef VLPLATFORM_MACHINE_SESSIONS_H
 #define VLPLATFORM_MACHINE_SESSIONS_H
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include <vlplatform/machine/guarded.h>
 #include <vlplatform/sessions.h>
 
 namespace vlplatform {
@@ -19,14 +19,18 @@ class VLPLATFORM_API Sessions {
     std::wstring domain;
   };
 
-  void reset();
+  void reset() { facts_.reset(); }
   /// Two empty texts: nobody is logged on.
-  void setUser(std::wstring_view domain, std::wstring_view name);
+  void setUser(std::wstring_view domain, std::wstring_view name) {
+    facts_.set(&Facts::user, User{std::wstring(name), std::wstring(domain)});
+  }
   User user() const;
 
  private:
-  mutable std::mutex mutex_;
-  std::optional<User> user_;
+  struct Facts {
+    std::optional<User> user{};
+  };
+  Guarded<Facts> facts_;
 };
 
 }  // namespace vlplatform

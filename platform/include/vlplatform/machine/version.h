@@ -2,8 +2,7 @@
 #ifndef VLPLATFORM_MACHINE_VERSION_H
 #define VLPLATFORM_MACHINE_VERSION_H
 
-#include <mutex>
-
+#include <vlplatform/machine/guarded.h>
 #include <vlplatform/version.h>
 
 namespace vlplatform {
@@ -12,10 +11,7 @@ struct VersionFacts {
   DWORD major = 10;
   DWORD minor = 0;
   DWORD build = 19045;
-  WORD servicePackMajor = 0;
-  WORD servicePackMinor = 0;
   WORD suiteMask = VER_SUITE_SINGLEUSERTS;
-  BYTE productType = VER_NT_WORKSTATION;
   DWORD platform = VER_PLATFORM_WIN32_NT;
 
   bool operator==(const VersionFacts&) const = default;
@@ -24,15 +20,23 @@ struct VersionFacts {
 /// A workstation with version 10.0 until a test sets another. Thread-safe.
 class VLPLATFORM_API Version {
  public:
-  void reset();
-  void set(const VersionFacts& facts);
+  void reset() { facts_.reset(); }
+  void set(const VersionFacts& facts) {
+    facts_.with([&](VersionFacts& known) { known = facts; });
+  }
   /// Only the numbers; the rest stays.
-  void setNumbers(DWORD major, DWORD minor);
-  VersionFacts facts() const;
+  void setNumbers(DWORD major, DWORD minor) {
+    facts_.with([=](VersionFacts& known) {
+      known.major = major;
+      known.minor = minor;
+    });
+  }
+  VersionFacts facts() const {
+    return facts_.with([](const VersionFacts& facts) { return facts; });
+  }
 
  private:
-  mutable std::mutex mutex_;
-  VersionFacts facts_;
+  Guarded<VersionFacts> facts_;
 };
 
 }  // namespace vlplatform

@@ -47,17 +47,3 @@ int LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int chars) {
   buffer[copied] = L'\0';
   return static_cast<int>(copied);
 }
-
-HMODULE GetModuleHandleW(LPCWSTR name) {
-  if (vlplatform::gateFails("GetModuleHandleW")) {
-    return nullptr;
-  }
-  if (name == nullptr) {
-    return vlplatform::Modules::program();
-  }
-  const HMODULE module = vlplatform::machine().modules().handle(name);
-  if (module == nullptr) {
-    SetLastError(ERROR_MOD_NOT_FOUND);
-  }
-  return module;
-}

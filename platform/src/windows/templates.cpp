@@ -1,7 +1,7 @@
 #include <cwchar>
 
 #include "../gate.h"
-#include "../registry/foldcase.h"
+#include "../unicode.h"
 
 namespace vlplatform {
 namespace {
@@ -16,14 +16,8 @@ std::wstring numbered(UINT id) {
 
 // Numbers are names, too: "#12".
 std::wstring nameKey(std::wstring_view name) {
-  std::wstring key(name);
-  if (key.starts_with(L'#')) {
-    return numbered(static_cast<UINT>(std::wcstoul(key.c_str() + 1, nullptr, 10)));
-  }
-  for (wchar_t& c : key) {
-    c = registry::upperCase(c);
-  }
-  return key;
+  const std::wstring key = upperCase(name);
+  return key.starts_with(L'#') ? numbered(static_cast<UINT>(std::wcstoul(key.c_str() + 1, nullptr, 10))) : key;
 }
 
 std::wstring nameKey(LPCWSTR name) {
