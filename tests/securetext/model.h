@@ -218,7 +218,7 @@ class Run {
     const auto c = character<wchar_t>();
     const Argument<wchar_t> a = argument(wide_);
     const Argument<wchar_t> b = argument(wide_);
-    switch (next(19)) {
+    switch (next(17)) {
       case 0:
         string = a.pointer;
         return subject.becomes(a.value);
@@ -232,48 +232,38 @@ class Run {
         string += c;
         return subject.becomes(before + c);
       case 4:
-        string += L'\0';
-        require(string.GetLength() == length + 1 && string.Compare(before.c_str()) == 0, "adding a NUL");
-        string.ReleaseBuffer(-1);
-        return subject.becomes(before);
-      case 5:
-        require(string.Insert(index, c) == length + 1 && string.Insert(index, L'\0') == length + 1, "Insert");
+        require(string.Insert(index, c) == length + 1, "result of Insert");
         return subject.becomes(inserted(before, index, std::wstring(1, c)));
-      case 6:
+      case 5:
         string.Append(a.pointer);
         return subject.becomes(before + a.value);
-      case 7:
+      case 6:
         require(outcomeOf([&] { string.SetString(a.pointer, a.count); }) == a.outcome, "end of SetString");
         return a.outcome == kDone ? subject.becomes(a.counted()) : void();
+      case 7:
       case 8:
-      case 9:
         return replace(subject, a, b);
-      case 10:
+      case 9:
         *other.string = string.Mid(index, many);
         return other.becomes(cut(before, index, many));
-      case 11:
+      case 10:
         *other.string = string.Mid(index);
         return other.becomes(cut(before, index, INT_MAX));
-      case 12:
+      case 11:
         *other.string = string.Left(many);
         return other.becomes(cut(before, 0, std::max(many, 0)));
-      case 13:
+      case 12:
         *other.string = string.Right(many);
         return other.becomes(cut(before, length - std::clamp(many, 0, length), length));
-      case 14:
+      case 13:
         *other.string = string + a.pointer;
         return other.becomes(before + a.value);
-      case 15:
+      case 14:
         *other.string = a.pointer + string;
         return other.becomes(a.value + before);
-      case 16:
+      case 15:
         *other.string = string + *other.string;
         return other.becomes(before + ofOther);
-      case 17: {
-        const std::wstring shown = a.pointer == nullptr ? L"(null)" : a.value;
-        string.Format(L"%s:%.3S:%d%%%.*s", a.pointer, "narrow", many, 4, b.pointer == nullptr ? L"" : b.pointer);
-        return subject.becomes(shown + L":nar:" + std::to_wstring(many) + L"%" + b.value.substr(0, 4));
-      }
       default:
         require(string.Remove(c) == static_cast<int>(std::erase(subject.text, c)), "result of Remove");
         subject.residue = true;
