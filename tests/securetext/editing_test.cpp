@@ -12,6 +12,7 @@ TEST_F(WideEditing, SearchesAndCompares) {
   CSecStr string(L"banana");
   EXPECT_EQ(string.Find(L'a', 2), 3);
   EXPECT_EQ(string.Find(L'b', 1), -1);
+  EXPECT_EQ(string.Find(L'a', -1), -1);
   EXPECT_EQ(string.ReverseFind(L'n'), 4);
   EXPECT_EQ(string.GetAt(2), L'n');
   EXPECT_EQ(outcomeOf([&] { string.GetAt(7); }), kArgument);
