@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <deque>
 #include <vector>
 
@@ -46,14 +45,12 @@ TEST_P(ObListTest, BehavesAsAQueue) {
     }
     ASSERT_EQ(list.GetCount(), static_cast<int>(model.size()));
     ASSERT_EQ(list.IsEmpty(), model.empty());
-    const std::vector<CObject*> objects = walk(list);
-    ASSERT_TRUE(std::equal(objects.begin(), objects.end(), model.begin(), model.end()));
+    ASSERT_EQ(walk(list), std::vector<CObject*>(model.begin(), model.end()));
   }
   list.RemoveAll();
   EXPECT_TRUE(list.IsEmpty());
   EXPECT_EQ(list.GetHeadPosition(), nullptr);
   EXPECT_EQ(list.GetTailPosition(), nullptr);
-  list.RemoveAll();
   list.AddTail(nullptr);
   EXPECT_EQ(walk(list), std::vector<CObject*>{nullptr});
 }
