@@ -1,5 +1,4 @@
-// String resources: of the program and of modules added to the search. 102 is in both, 203 the
-// module's.
+// String resources: of the program and of modules added to the search. 102 is in both, 203 the module's.
 #include <vlafx/resources.h>
 
 #include <support/machinetest.h>

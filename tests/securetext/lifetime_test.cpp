@@ -39,9 +39,7 @@ TYPED_TEST(BothWidths, NewlyMadeStringsOwnNothingToWrite) {
   TypeParam made;
   const TypeParam ofNull(this->kNull), ofEmpty(this->t("").c_str()), counted(this->kNull, 0), copy(made);
   made.Empty();
-  made.ReleaseBuffer(0);
   made.ReleaseBuffer(-1);
-  made.GetBuffer(0);
   made.GetBuffer(INT_MIN);
   EXPECT_EQ(outcomeOf([&] { made.ReleaseBuffer(1); }), kInvalid);
   for (const TypeParam* const string : {&std::as_const(made), &ofNull, &ofEmpty, &counted, &copy}) {

@@ -40,7 +40,13 @@ TEST_F(NarrowAndWide, NullTextsEmptyAndKeepTheBuffer) {
   const wchar_t* const wideBuffer = wide;
   const char* const narrowBuffer = narrow;
   wide = static_cast<const char*>(nullptr);
+  // Of its narrow text nothing is left when the wide one is copied.
+  bool zero = true;
+  memory.onAllocate = [&] { zero = zero && zeroFrom(narrowBuffer, 0); };
+  narrow = std::wstring(L"other").data();
+  memory.onAllocate = nullptr;
   narrow = static_cast<wchar_t*>(nullptr);
+  EXPECT_TRUE(zero);
   EXPECT_TRUE(textOf(wide).empty() && wide.GetString() == wideBuffer && cleanBehind(wide));
   EXPECT_TRUE(textOf(narrow).empty() && narrow.GetString() == narrowBuffer && cleanBehind(narrow));
 }

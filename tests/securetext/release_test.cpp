@@ -64,10 +64,8 @@ class Release : public support::MachineTest {
 };
 
 TEST_F(Release, NullArray) {
-  for (const BOOL keep : {FALSE, TRUE}) {
-    EXPECT_EQ(vlSafeArrayDestroy(nullptr, keep), S_OK);
-    EXPECT_TRUE(logged({L"vlSafeArrayDestroy psa = 0", L"vlSafeArrayDestroy hr = 0"}));
-  }
+  EXPECT_EQ(vlSafeArrayDestroy(nullptr, FALSE), S_OK);
+  EXPECT_TRUE(logged({L"vlSafeArrayDestroy psa = 0", L"vlSafeArrayDestroy hr = 0"}));
 }
 
 TEST_F(Release, ArraysOfAllShapes) {
