@@ -31,7 +31,7 @@ class HookedManager final : public IStringManager {
   void* Allocate(std::size_t bytes) override {
     requests.push_back(bytes);
     open_ += !fails;
-    return fails ? nullptr : ::operator new(bytes);
+    return fails ? nullptr : std::memset(::operator new(bytes), 0xbd, bytes);
   }
   void Free(void* block, std::size_t bytes) override {
     EXPECT_EQ(static_cast<CStringData*>(block)->pStringMgr, this);
@@ -59,8 +59,10 @@ TYPED_TEST(MemoryTest, GrowsByHalfAtLeastAndReleasesAfterTheCopy) {
   CStringT<TypeParam> core;
   int allocated = 0;
   for (int length = 0; length < kLength; ++length) {
-    core.GetBuffer(length + 1)[length] = TypeParam('x');
+    TypeParam* const buffer = core.GetBuffer(length + 1);
     ASSERT_EQ(core.GetLength(), length);
+    ASSERT_EQ(buffer[length], TypeParam());
+    buffer[length] = TypeParam('x');
     core.ReleaseBufferSetLength(length + 1);
     if (core.GetAllocLength() != allocated) {
       EXPECT_GE(2 * core.GetAllocLength(), 3 * allocated);

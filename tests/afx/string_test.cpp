@@ -33,14 +33,12 @@ TYPED_TEST(StringTest, EndsRawAccess) {
   EXPECT_EQ(core.GetString(), as<TypeParam>("zz"));
   std::fill_n(buffer, most, static_cast<TypeParam>('y'));  // no terminator among the allocated length
   core.ReleaseBuffer(-1);
-  EXPECT_EQ(core.GetLength(), most);
   EXPECT_EQ(buffer[most], TypeParam());
   for (const int wrong : {-2, most + 1}) {
     EXPECT_THROW(core.ReleaseBuffer(wrong), CInvalidArgException*) << wrong;
     EXPECT_THROW(core.ReleaseBufferSetLength(wrong), CInvalidArgException*) << wrong;
-    EXPECT_EQ(core.GetLength(), most);
   }
-  EXPECT_THROW(core.ReleaseBufferSetLength(-1), CInvalidArgException*);
+  EXPECT_EQ(core.GetLength(), most);
   EXPECT_THROW(core.GetBuffer(-1), CInvalidArgException*);
   EXPECT_THROW(core.SetString(nullptr, 1), CInvalidArgException*);
   EXPECT_THROW(core.SetString(core.GetString(), -1), CInvalidArgException*);
