@@ -77,7 +77,7 @@ class FakeToast : public ITXToastNotification {
   FakeToast() { ++fake->alive; }
   ~FakeToast() override { fake->referencesAtEnd = --fake->alive + references(); }
   HRESULT Display(int* reason) override {
-    throwIfSo();
+    IsDisplaying();  // may throw
     takeHideRequest();
     fake->thread = GetCurrentThreadId();
     EXPECT_EQ(++fake->shown, 1) << "one after the other";
@@ -92,17 +92,13 @@ class FakeToast : public ITXToastNotification {
   }
   int GetExitReason() override { return 0; }  // nobody calls this
   bool IsDisplaying() override {
-    throwIfSo();
+    if (fake->throws) {
+      throw std::runtime_error("toast");
+    }
     return fake->displaying.value_or(displaying_);
   }
 
  private:
-  static void throwIfSo() {
-    if (fake->throws) {
-      throw std::runtime_error("toast");
-    }
-  }
-
   std::atomic<bool> displaying_{false};
 };
 

@@ -33,9 +33,9 @@ TEST_F(OnMachine, WithoutTheSibling) {
 
 TEST_F(OnMachine, AThreadThatCannotStart) {
   ITXToastManager* const manager = create();
-  pthread_attr_t usual;
+  pthread_attr_t usual, huge;
   pthread_getattr_default_np(&usual);
-  pthread_attr_t huge = usual;
+  pthread_getattr_default_np(&huge);
   pthread_attr_setstacksize(&huge, std::size_t{1} << 46);
   pthread_setattr_default_np(&huge);
   support::LogCapture log;
