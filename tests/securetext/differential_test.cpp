@@ -1,6 +1,7 @@
 // Long sequences of operations, done to secure and to standard strings.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -14,9 +15,7 @@ TEST(SecureTextDifferential, RandomSequences) {
   std::size_t operations = 0;
   for (int sequence = 0; operations < 100'000; ++sequence) {
     std::vector<std::uint8_t> bytes(1 + random() % 4000);
-    for (std::uint8_t& byte : bytes) {
-      byte = static_cast<std::uint8_t>(random());
-    }
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
     const model::Result result = model::run(bytes);
     ASSERT_EQ(result.mismatch, "") << "sequence " << sequence;
     operations += result.operations;

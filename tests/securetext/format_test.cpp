@@ -1,5 +1,4 @@
 // CSecStr: formats and string resources.
-#include <cwchar>
 #include <vector>
 
 #include "fixture.h"
@@ -17,32 +16,23 @@ struct Access : CSecStr {
 
 class Formatting : public SecureTextTest {
  protected:
+#ifndef _WIN32
   void SetUp() override {
     SecureTextTest::SetUp();
-#ifndef _WIN32
-    const HINSTANCE program = GetModuleHandleW(nullptr);
     machine().strings().set(program, IDS_PLAIN, L"loaded");
     machine().strings().set(program, IDS_FORMAT, L"%s has %d");
     machine().strings().set(program, IDS_LONG, kLong);
+    machine().strings().set(other, IDS_LONG, L"other");
+  }
 #endif
-    former_ = Access::m_pFnFindStringResourceHandle;
-    asked_.clear();
-  }
-  void TearDown() override {
-    CSecStr::UpdateFindStringResourceHandleFunction(former_);
-    SecureTextTest::TearDown();
-  }
 
-  static HINSTANCE answer(UINT id) {
-    asked_.push_back(id);
-    return answer_;
-  }
-
-  static inline std::vector<UINT> asked_;
-  static inline HINSTANCE answer_ = nullptr;
-
- private:
-  HINSTANCE (*former_)(UINT) = nullptr;
+  const HINSTANCE program = GetModuleHandleW(nullptr);
+  // A module without the first two of them.
+#ifdef _WIN32
+  const HINSTANCE other = GetModuleHandleW(L"kernel32.dll");
+#else
+  const HINSTANCE other = reinterpret_cast<HINSTANCE>(this);
+#endif
 };
 
 TEST_F(Formatting, PlatformRules) {
@@ -51,30 +41,22 @@ TEST_F(Formatting, PlatformRules) {
   EXPECT_EQ(textOf(string), L"wide|narrow|l|h|   ab|ab   |ab|   x");
   string.Format(L"%300d", 1);
   EXPECT_EQ(textOf(string), std::wstring(299, L' ') + L"1");
-  const wchar_t* const buffer = string.GetString();
-  string.Format(L"plain");
+  string.Format(L"plain%ccd", 0);
   EXPECT_EQ(textOf(string), L"plain");
-  EXPECT_EQ(string.GetString(), buffer);
-  EXPECT_TRUE(zeroFrom(buffer, 5));
-  string.Format(L"ab%ccd", 0);
-  EXPECT_EQ(textOf(string), L"ab");
-}
-
-TEST_F(Formatting, ArgumentsAndFormatMayBeTheObjectsOwn) {
-  CSecStr string(L"abc");
-  string.Format(L"%s-%s", string.GetString(), string.GetString() + 1);
-  EXPECT_EQ(textOf(string), L"abc-bc");
+  EXPECT_TRUE(cleanBehind(string));
+  // Arguments and format may be the object's own.
+  string.Format(L"%s-%s", string.GetString(), string.GetString() + 3);
+  EXPECT_EQ(textOf(string), L"plain-in");
   string = L"%d%%";
   string.Format(string, 5);
   EXPECT_EQ(textOf(string), L"5%");
 }
 
 TEST_F(Formatting, NullAndBrokenFormats) {
-  for (const wchar_t* const nothing : {static_cast<const wchar_t*>(nullptr), L""}) {
+  for (const wchar_t* const nothing : {kNull, L""}) {
     CSecStr string(L"secret");
     string.Format(nothing);
-    EXPECT_EQ(textOf(string), L"");
-    EXPECT_TRUE(zeroFrom(string.GetString(), 0));
+    EXPECT_TRUE(string.IsEmpty() && cleanBehind(string));
   }
   // Which formats are none is the runtime's affair; either way the object is whole, and as it was if it throws.
   for (const wchar_t* const broken : {L"%", L"%n", L"%q", L"%s%", L"%.s%n"}) {
@@ -82,61 +64,52 @@ TEST_F(Formatting, NullAndBrokenFormats) {
     int number = 0;
     const std::string_view outcome = outcomeOf([&] { string.Format(broken, &number, &number); });
     const std::wstring left = textOf(string);
-    if (outcome != kDone) {
-      EXPECT_EQ(outcome, kInvalid);
-      EXPECT_EQ(left, L"secret");
-    }
+    EXPECT_TRUE(outcome == kDone || (outcome == kInvalid && left == L"secret")) << broken << outcome;
 #ifndef _WIN32
     EXPECT_EQ(outcome, kInvalid) << broken;
 #endif
   }
+#ifndef _WIN32
+  // Its length was counted: a formatter that fails then leaves no half text.
+  CSecStr string(L"secret");
+  faults().fail("vswprintf_s");
+  string.Format(L"%s!", L"text");
+  EXPECT_EQ(textOf(string), L"");
+#endif
 }
 
 TEST_F(Formatting, LoadsStrings) {
   CSecStr string(L"a rather long secret");
-  const wchar_t* const buffer = string.GetString();
   EXPECT_EQ(string.LoadStringW(IDS_UNKNOWN), 0);
-  EXPECT_EQ(string.LoadStringW(GetModuleHandleW(nullptr), IDS_UNKNOWN), 0);
   EXPECT_EQ(textOf(string), L"a rather long secret");
   EXPECT_NE(string.LoadStringW(IDS_PLAIN), 0);
   EXPECT_EQ(textOf(string), L"loaded");
-  EXPECT_EQ(string.GetString(), buffer);
-  EXPECT_TRUE(zeroFrom(buffer, 6));
-
-  // The larger block is asked for when the old text is gone.
-  bool zero = false;
-  memory.onAllocate = [&] { zero = zeroFrom(buffer, 0); };
-  EXPECT_NE(string.LoadStringW(GetModuleHandleW(nullptr), IDS_LONG), 0);
-  memory.onAllocate = nullptr;
-  EXPECT_TRUE(zero);
+  EXPECT_TRUE(cleanBehind(string));
+  EXPECT_NE(string.LoadStringW(program, IDS_LONG), 0);
   EXPECT_EQ(textOf(string), kLong);
 }
 
 TEST_F(Formatting, AsksTheFunctionForTheModuleOnceALoad) {
-  CSecStr::UpdateFindStringResourceHandleFunction(&answer);
+  static std::vector<UINT> asked;
+  static HINSTANCE answer;
+  const auto former = Access::m_pFnFindStringResourceHandle;
+  CSecStr::UpdateFindStringResourceHandleFunction([](UINT id) { return asked.push_back(id), answer; });
   CSecStr string(L"abc");
-  // A module without that string.
-#ifdef _WIN32
-  answer_ = GetModuleHandleW(L"kernel32.dll");
-#else
-  static int otherModule;
-  answer_ = reinterpret_cast<HINSTANCE>(&otherModule);
-#endif
+  answer = other;
   EXPECT_EQ(string.LoadStringW(IDS_PLAIN), 0);
   EXPECT_EQ(textOf(string), L"abc");
   string.Format(UINT{IDS_FORMAT}, L"x", 1);
   EXPECT_EQ(textOf(string), L"");
-  answer_ = GetModuleHandleW(nullptr);
-  EXPECT_NE(string.LoadStringW(IDS_PLAIN), 0);
+#ifndef _WIN32
+  EXPECT_NE(string.LoadStringW(IDS_LONG), 0);
+  EXPECT_EQ(textOf(string), L"other");
+  asked.pop_back();
+#endif
+  answer = program;
   string.Format(UINT{IDS_FORMAT}, L"x", 1);
   EXPECT_EQ(textOf(string), L"x has 1");
-  EXPECT_EQ(asked_, (std::vector<UINT>{IDS_PLAIN, IDS_FORMAT, IDS_PLAIN, IDS_FORMAT}));
-#ifndef _WIN32
-  machine().strings().set(reinterpret_cast<HINSTANCE>(&otherModule), IDS_PLAIN, L"other");
-  answer_ = reinterpret_cast<HINSTANCE>(&otherModule);
-  EXPECT_NE(string.LoadStringW(IDS_PLAIN), 0);
-  EXPECT_EQ(textOf(string), L"other");
-#endif
+  EXPECT_EQ(asked, (std::vector<UINT>{IDS_PLAIN, IDS_FORMAT, IDS_FORMAT}));
+  CSecStr::UpdateFindStringResourceHandleFunction(former);
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ inline const Member<CSecStr> kWideMembers[] = {
     {"Insert", [](CSecStr& s) { s.Insert(3, L" and a second text that needs room"); }},
     {"Append counted", [](CSecStr& s) { s.Append(L" and a second text that needs room", 20); }},
     {"SetString", [](CSecStr& s) { s.SetString(L"another text that may need more room", 30); }},
+    {"refused", [](CSecStr& s) { s.SetString(static_cast<const wchar_t*>(nullptr), 3); }},
     {"Format", [](CSecStr& s) { s.Format(L"%s and %S and %40d", s.GetString(), "narrow", 5); }},
     {"Format resource", [](CSecStr& s) { s.Format(UINT{IDS_LONG}); }},
     {"LoadStringW", [](CSecStr& s) { s.LoadStringW(IDS_LONG); }, Left::sameOrEmpty},

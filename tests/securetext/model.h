@@ -7,79 +7,18 @@
 #include <array>
 #include <climits>
 #include <cstdint>
-#include <cstring>
-#include <cwctype>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
-#include <type_traits>
 #include <utility>
 
 #include <vlhostkit/securestring.h>
 
-#include "outcome.h"
-#include "watchedmanager.h"
+#include "subject.h"
 
 namespace securetext::model {
 
 inline constexpr std::size_t kMostCharacters = 3000;
-
-/// What does not agree.
-struct Mismatch {
-  const char* what;
-};
-
-inline void require(bool condition, const char* what) {
-  if (!condition) {
-    throw Mismatch{what};
-  }
-}
-
-/// A secure string and what it must hold.
-template <class Char>
-struct Subject {
-  using String = std::conditional_t<std::is_same_v<Char, wchar_t>, CSecStr, CSecStrA>;
-  using Text = std::basic_string<Char>;
-
-  std::optional<String> string{std::in_place};
-  Text text;
-  /// Characters that an edit in place has dropped may stand behind the text.
-  bool residue = false;
-
-  int length() const { return static_cast<int>(text.size()); }
-  const Char* chars() const { return string->GetString(); }
-  void becomes(Text now, bool leavesResidue = false) {
-    text = std::move(now);
-    residue = leavesResidue;
-  }
-
-  void check() const {
-    const CStringData& header = headerOf(chars());
-    require(string->GetLength() == length() && header.nDataLength == length(), "length");
-    require(std::equal(text.begin(), text.end(), chars()) && chars()[length()] == 0, "text");
-    require(header.nAllocLength >= length(), "allocated length");
-    Char unwritten;
-    std::memset(&unwritten, kFill, sizeof unwritten);
-    require(residue || std::all_of(chars() + length(), chars() + header.nAllocLength,
-                                   [=](Char c) { return c == 0 || c == unwritten; }),
-            "old text behind the text");
-  }
-};
-
-/// A text as an argument: null, of its own, or inside one of the subjects. With a length for calls that count, and how
-/// such a call must end.
-template <class Char>
-struct Argument {
-  std::unique_ptr<Char[]> own;  // of exact size, so that a read behind it is seen
-  const Char* pointer = nullptr;
-  std::basic_string<Char> value;
-  int count = 0;
-  std::string_view outcome = kDone;
-
-  std::basic_string<Char> counted() const { return value.substr(0, static_cast<std::size_t>(std::max(count, 0))); }
-};
 
 class Run {
  public:
@@ -214,12 +153,12 @@ class Run {
       case 1: {
         const auto expected = inserted(before, index, added.value);
         require(string.Insert(index, added.pointer) == static_cast<int>(expected.size()), "result of Insert");
-        return subject.becomes(expected, subject.residue && added.value.empty());
+        return subject.becomes(expected);
       }
       case 2: {
-        const auto expected = before + added.counted();
+        const auto expected = before + added.counted();  // nothing of a count that is refused
         require(outcomeOf([&] { string.Append(added.pointer, added.count); }) == added.outcome, "end of Append");
-        return added.outcome == kDone ? subject.becomes(expected, subject.residue && expected == before) : void();
+        return subject.becomes(expected);
       }
       case 3:
         return rawAccess(subject);
@@ -244,11 +183,6 @@ class Run {
     }
   }
 
-  static int sign(int number) { return (number > 0) - (number < 0); }
-  static std::wstring mapped(std::wstring text, std::wint_t (*map)(std::wint_t)) {
-    std::ranges::transform(text, text.begin(), [=](wchar_t c) { return static_cast<wchar_t>(map(c)); });
-    return text;
-  }
   static std::wstring cut(const std::wstring& text, long long first, long long count) {
     first = std::max(first, 0LL);
     return count < 0 || first > static_cast<long long>(text.size())
@@ -267,34 +201,8 @@ class Run {
     // Sequences of replacements could grow without end.
     if (expected.size() <= kMostCharacters) {
       require(subject.string->Replace(oldText.pointer, newText.pointer) == hits, "result of Replace");
-      subject.becomes(expected, subject.residue && hits == 0);
+      subject.becomes(expected);
     }
-  }
-
-  void compare(const CSecStr& a, const std::wstring& text, const CSecStr& b, const std::wstring& other) {
-    const int order = sign(text.compare(other));
-    require(sign(a.Compare(b)) == order, "Compare");
-    require(sign(a.CompareNoCase(b)) == sign(mapped(text, std::towlower).compare(mapped(other, std::towlower))),
-            "CompareNoCase");
-    require((a == b) == (order == 0) && (a != b) == (order != 0) && (a < b) == (order < 0), "operators");
-    require((a == b.GetString()) == (order == 0) && (a.GetString() != b) == (order != 0), "operators with pointers");
-  }
-
-  void characters(Subject<wchar_t>& subject, int index, wchar_t character) {
-    CSecStr& string = *subject.string;
-    const bool in = index >= 0 && index < subject.length();
-    wchar_t got = 0;
-    require(outcomeOf([&] { got = string.GetAt(index); }) == (in || index == subject.length() ? kDone : kArgument),
-            "GetAt");
-    require(got == (in ? subject.text[static_cast<std::size_t>(index)] : 0), "result of GetAt");
-    require(outcomeOf([&] { string.SetAt(index, character); }) == (in ? kDone : kArgument), "SetAt");
-    if (in) {
-      subject.text[static_cast<std::size_t>(index)] = character;
-    }
-    const std::size_t found =
-        index < 0 ? std::wstring::npos : subject.text.find(character, static_cast<std::size_t>(index));
-    require(string.Find(character, index) == static_cast<int>(found), "Find of a character");
-    require(string.ReverseFind(character) == static_cast<int>(subject.text.rfind(character)), "ReverseFind");
   }
 
   // What only the wide one has.
@@ -310,7 +218,7 @@ class Run {
     const auto c = character<wchar_t>();
     const Argument<wchar_t> a = argument(wide_);
     const Argument<wchar_t> b = argument(wide_);
-    switch (next(29)) {
+    switch (next(17)) {
       case 0:
         string = a.pointer;
         return subject.becomes(a.value);
@@ -324,75 +232,42 @@ class Run {
         string += c;
         return subject.becomes(before + c);
       case 4:
-        string += L'\0';
-        require(string.GetLength() == length + 1 && string.Compare(before.c_str()) == 0, "adding a NUL");
-        string.ReleaseBuffer(-1);
-        return subject.becomes(before);
-      case 5:
-        require(string.Insert(index, c) == length + 1 && string.Insert(index, L'\0') == length + 1, "Insert");
+        require(string.Insert(index, c) == length + 1, "result of Insert");
         return subject.becomes(inserted(before, index, std::wstring(1, c)));
-      case 6:
+      case 5:
         string.Append(a.pointer);
-        return subject.becomes(before + a.value, subject.residue && a.value.empty());
-      case 7:
+        return subject.becomes(before + a.value);
+      case 6:
         require(outcomeOf([&] { string.SetString(a.pointer, a.count); }) == a.outcome, "end of SetString");
         return a.outcome == kDone ? subject.becomes(a.counted()) : void();
+      case 7:
       case 8:
-      case 9:
-      case 10:
         return replace(subject, a, b);
+      case 9:
+        *other.string = string.Mid(index, many);
+        return other.becomes(cut(before, index, many));
+      case 10:
+        *other.string = string.Mid(index);
+        return other.becomes(cut(before, index, INT_MAX));
       case 11:
+        *other.string = string.Left(many);
+        return other.becomes(cut(before, 0, std::max(many, 0)));
+      case 12:
+        *other.string = string.Right(many);
+        return other.becomes(cut(before, length - std::clamp(many, 0, length), length));
+      case 13:
+        *other.string = string + a.pointer;
+        return other.becomes(before + a.value);
+      case 14:
+        *other.string = a.pointer + string;
+        return other.becomes(a.value + before);
+      case 15:
+        *other.string = string + *other.string;
+        return other.becomes(before + ofOther);
+      default:
         require(string.Remove(c) == static_cast<int>(std::erase(subject.text, c)), "result of Remove");
         subject.residue = true;
         return;
-      case 12:
-        string.MakeUpper();
-        return subject.becomes(mapped(before, std::towupper), subject.residue);
-      case 13:
-        string.MakeLower();
-        return subject.becomes(mapped(before, std::towlower), subject.residue);
-      case 14:
-        string.TrimLeft();
-        return subject.becomes(before.substr(std::min(before.find_first_not_of(L" \t"), before.size())), true);
-      case 15:
-        string.TrimLeft(c);
-        return subject.becomes(before.substr(std::min(before.find_first_not_of(c), before.size())), true);
-      case 16:
-        string.TrimRight();
-        return subject.becomes(before.substr(0, before.find_last_not_of(L" \t") + 1), true);
-      case 17:
-        string.TrimRight(c);
-        return subject.becomes(before.substr(0, before.find_last_not_of(c) + 1), true);
-      case 18:
-        *other.string = string.Mid(index, many);
-        return other.becomes(cut(before, index, many));
-      case 19:
-        *other.string = string.Mid(index);
-        return other.becomes(cut(before, index, INT_MAX));
-      case 20:
-        *other.string = string.Left(many);
-        return other.becomes(cut(before, 0, std::max(many, 0)));
-      case 21:
-        *other.string = string.Right(many);
-        return other.becomes(cut(before, length - std::clamp(many, 0, length), length));
-      case 22:
-        *other.string = string + a.pointer;
-        return other.becomes(before + a.value);
-      case 23:
-        *other.string = a.pointer + string;
-        return other.becomes(a.value + before);
-      case 24:
-        *other.string = string + *other.string;
-        return other.becomes(before + ofOther);
-      case 25: {
-        const std::wstring shown = a.pointer == nullptr ? L"(null)" : a.value;
-        string.Format(L"%s:%.3S:%d%%%.*s", a.pointer, "narrow", many, 4, b.pointer == nullptr ? L"" : b.pointer);
-        return subject.becomes(shown + L":nar:" + std::to_wstring(many) + L"%" + b.value.substr(0, 4));
-      }
-      case 26:
-        return compare(string, before, *other.string, ofOther);
-      default:
-        return characters(subject, index, c);
     }
   }
 

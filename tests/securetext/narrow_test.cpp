@@ -1,5 +1,4 @@
 // Between narrow and wide: two conversions that have nothing to do with each other.
-#include <algorithm>
 #include <vector>
 
 #include "fixture.h"
@@ -7,66 +6,63 @@
 namespace securetext {
 namespace {
 
-class NarrowAndWide : public SecureTextTest {};
+using NarrowAndWide = SecureTextTest;
 
 // What the platform makes of a narrow text.
 std::wstring widened(const std::string& narrow) {
-  std::wstring wide(narrow.size() + 1, L'\0');
-  const int size = MultiByteToWideChar(CP_ACP, 0, narrow.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
-  wide.resize(static_cast<std::size_t>(std::max(size, 1) - 1));
+  const int length = static_cast<int>(narrow.size());
+  std::wstring wide(narrow.size(), L'\0');
+  wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, wide.data(), length)));
   return wide;
 }
 
 TEST_F(NarrowAndWide, WideFormOfNarrowText) {
   for (std::string narrow : {"", "x", "secret", "caf\xc3\xa9 cr\xc3\xa8me"}) {
-    const std::wstring wide = widened(narrow);
-    EXPECT_EQ(textOf(CSecStr(narrow.data())), wide);
-    EXPECT_EQ(textOf(CSecStr(narrow.c_str(), static_cast<int>(narrow.size()))), wide);
-    CSecStr string(L"what it held before");
-    EXPECT_EQ(&(string = narrow.c_str()), &string);
-    EXPECT_EQ(textOf(string), wide);
-    EXPECT_TRUE(zeroFrom(string.GetString(), string.GetLength()));
-    string = L"what it held before";
-    EXPECT_EQ(&(string = narrow.data()), &string);
-    EXPECT_EQ(textOf(string), wide);
-    EXPECT_TRUE(zeroFrom(string.GetString(), string.GetLength()));
+    CSecStr assigned(L"what it held before"), assignedWritable(L"what it held before");
+    EXPECT_EQ(&(assigned = narrow.c_str()), &assigned);
+    EXPECT_EQ(&(assignedWritable = narrow.data()), &assignedWritable);
+    const CSecStr made(narrow.data()), counted(narrow.c_str(), static_cast<int>(narrow.size()));
+    for (const CSecStr* const string : {&std::as_const(assigned), &std::as_const(assignedWritable), &made, &counted}) {
+      EXPECT_EQ(textOf(*string), widened(narrow));
+    }
+    EXPECT_TRUE(cleanBehind(assigned) && cleanBehind(assignedWritable));
   }
   EXPECT_EQ(textOf(CSecStr("sec\0ret", 7)), L"sec");
   EXPECT_EQ(textOf(CSecStr(static_cast<const char*>(nullptr), 0)), L"");
   EXPECT_EQ(textOf(CSecStr(static_cast<char*>(nullptr))), L"");
   EXPECT_EQ(outcomeOf([] { CSecStr(static_cast<const char*>(nullptr), -3); }), kInvalid);
   EXPECT_EQ(outcomeOf([] { CSecStr("secret", -1); }), kMemory);
-  CSecStr string(L"secret");
-  const int allocated = string.GetAllocLength();
-  string = static_cast<const char*>(nullptr);
-  EXPECT_EQ(textOf(string), L"");
-  EXPECT_EQ(string.GetAllocLength(), allocated);
-  EXPECT_TRUE(zeroFrom(string.GetString(), 0));
 }
 
-TEST_F(NarrowAndWide, NarrowFormOfWideText) {
-  CSecStrA string("secret");
-  const char* const buffer = string.GetString();
-  EXPECT_EQ(static_cast<const char*>(string), buffer);
-  string = static_cast<wchar_t*>(nullptr);
-  EXPECT_EQ(textOf(string), "");
-  EXPECT_EQ(string.GetString(), buffer);
-  EXPECT_TRUE(zeroFrom(buffer, 0));
+TEST_F(NarrowAndWide, NullTextsEmptyAndKeepTheBuffer) {
+  CSecStr wide(L"secret");
+  CSecStrA narrow("secret");
+  const wchar_t* const wideBuffer = wide;
+  const char* const narrowBuffer = narrow;
+  wide = static_cast<const char*>(nullptr);
+  // Of its narrow text nothing is left when the wide one is copied.
+  bool zero = true;
+  memory.onAllocate = [&] { zero = zero && zeroFrom(narrowBuffer, 0); };
+  narrow = std::wstring(L"other").data();
+  memory.onAllocate = nullptr;
+  narrow = static_cast<wchar_t*>(nullptr);
+  EXPECT_TRUE(zero);
+  EXPECT_TRUE(textOf(wide).empty() && wide.GetString() == wideBuffer && cleanBehind(wide));
+  EXPECT_TRUE(textOf(narrow).empty() && narrow.GetString() == narrowBuffer && cleanBehind(narrow));
 }
 
 // The length is the wide one, and no byte is shown that was never written.
 TEST_F(NarrowAndWide, NarrowFormOfWhatDoesNotConvertOrFit) {
-  for (const wchar_t* const wide : {L"\x20ac", L"ab\x20ac", L"\x4e2d\x6587",
-                                    L"ab\xd800"
-                                    L"cd",
-                                    L"a\xe9"
-                                    L"bcd"}) {
-    const CSecStr source(wide);
-    const CSecStrA narrow(source);
+  for (const std::wstring wide : {L"\x20ac", L"ab\x20ac", L"\x4e2d\x6587",
+                                  L"ab\xd800"
+                                  L"cd",
+                                  L"a\xe9"
+                                  L"bcd"}) {
+    const CSecStrA narrow(CSecStr(wide.c_str()));
     const std::string bytes = textOf(narrow);
-    EXPECT_EQ(narrow.GetLength(), source.GetLength());
+    EXPECT_EQ(bytes.size(), wide.size());
     EXPECT_EQ(bytes.find(static_cast<char>(kFill)), std::string::npos) << testing::PrintToString(bytes);
-    EXPECT_TRUE(zeroFrom(narrow.GetString(), narrow.GetLength()));
+    EXPECT_TRUE(cleanBehind(narrow));
   }
   CSecStr longer(L"ab");
   longer += L'\0';

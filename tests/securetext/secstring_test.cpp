@@ -2,14 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <memory>
-#include <new>
 #include <type_traits>
 
 #include <vlhostkit/securetext.h>
-
-namespace securetext {
-namespace {
 
 using Allocator = VL::Framework::secallocator<wchar_t>;
 
@@ -26,6 +21,3 @@ TEST(SecString, AllocatorLimits) {
     EXPECT_THROW(allocator.allocate(count), std::bad_alloc) << count;
   }
 }
-
-}  // namespace
-}  // namespace securetext

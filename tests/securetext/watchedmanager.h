@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <new>
 
 #include <vlafx/stringmgr.h>
 
@@ -32,18 +31,16 @@ bool zeroFrom(const Char* text, int first) {
 /// that were made in its time must end in it.
 class WatchedManager final : public IStringManager {
  public:
-  /// The `failing`-th allocation fails; 0: none.
-  explicit WatchedManager(std::uint64_t failing = 0) : failing_(failing), former_(AfxSetStringManager(this)) {}
+  WatchedManager() : former_(AfxSetStringManager(this)) {}
   ~WatchedManager() { AfxSetStringManager(former_); }
   WatchedManager(const WatchedManager&) = delete;
   WatchedManager& operator=(const WatchedManager&) = delete;
 
   void* Allocate(std::size_t bytes) override {
-    ++allocations_;
     if (onAllocate) {
       onAllocate();
     }
-    void* const block = allocations_ == failing_ ? nullptr : std::malloc(bytes);
+    void* const block = ::operator new(bytes, std::nothrow);
     if (block != nullptr) {
       std::memset(block, kFill, bytes);
       ++open_;
@@ -57,24 +54,18 @@ class WatchedManager final : public IStringManager {
     const auto* const chars = reinterpret_cast<const unsigned char*>(&header + 1);
     dirty_ += !std::all_of(chars, chars + (slots - 1) * size, [](unsigned char byte) { return byte == 0; });
     --open_;
-    std::free(block);
+    ::operator delete(block);
   }
 
-  /// Allocations from now on: the n-th fails.
-  void fail(std::uint64_t n) { failing_ = allocations_ + n; }
-  bool failed() const { return failing_ != 0 && allocations_ >= failing_; }
   /// Nothing is left, and everything was given back full of zeros.
   bool clean() const { return open_ == 0 && dirty_ == 0; }
   /// Blocks given back with something in them.
   int dirty() const { return dirty_; }
-  int open() const { return open_; }
 
   std::function<void()> onAllocate;
 
  private:
-  std::uint64_t failing_;
   IStringManager* former_;
-  std::uint64_t allocations_ = 0;
   int open_ = 0;
   int dirty_ = 0;
 };

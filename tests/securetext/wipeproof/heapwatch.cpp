@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <new>
 
-#include <malloc.h>
-
 #ifndef _WIN32
 #include <vlplatform/machine/allocations.h>
 #endif
@@ -25,14 +23,6 @@ bool isZero(const void* memory, std::size_t bytes) {
 std::size_t charactersBytes(const CStringData& header, std::size_t blockBytes) {
   const auto capacity = static_cast<std::size_t>(header.nAllocLength);
   return (blockBytes - sizeof header) / (capacity + 1) * capacity;
-}
-
-std::size_t usableBytes(void* block) {
-#ifdef _WIN32
-  return _msize(block);
-#else
-  return malloc_usable_size(block);
-#endif
 }
 
 bool isOwnAllocation() {
@@ -68,29 +58,14 @@ bool HeapWatch::mustFail() {
   return ++allocations_ == failAt_;
 }
 
-void HeapWatch::follow(const void* characters, std::size_t width) {
-  const auto* const header = static_cast<const CStringData*>(characters) - 1;
-  followed_ = static_cast<const unsigned char*>(characters);
-  followedBytes_ = static_cast<std::size_t>(header->nAllocLength) * width;
-  moved_ = zeroAtAllocation_ = false;
-}
-
 void* HeapWatch::Allocate(std::size_t bytes) {
-  if (followed_ != nullptr) {
-    zeroAtAllocation_ = isZero(followed_, followedBytes_);
-  }
   return mustFail() ? nullptr : std::malloc(bytes);
 }
 
 void HeapWatch::Free(void* block, std::size_t bytes) {
   const CStringData& header = *static_cast<const CStringData*>(block);
-  ++buffersFreed_;
   buffersNotZero_ += isZero(&header + 1, charactersBytes(header, bytes)) ? 0 : 1;
   blocksWithSecret_ += secret_.isIn(block, bytes) ? 1 : 0;
-  if (followed_ == reinterpret_cast<const unsigned char*>(&header + 1)) {
-    moved_ = true;
-    followed_ = nullptr;
-  }
   giveBack(block);
 }
 
@@ -107,10 +82,9 @@ void* HeapWatch::allocateBlock(std::size_t bytes) {
 }
 
 void HeapWatch::freeBlock(void* block) {
-  blocksWithSecret_ += secret_.isIn(block, usableBytes(block)) ? 1 : 0;
   Block* const known = std::find_if(blocks_, blocks_ + kMostBlocks, [=](const Block& b) { return b.address == block; });
   if (known != blocks_ + kMostBlocks) {
-    ++blocksFreed_;
+    blocksWithSecret_ += secret_.isIn(block, known->bytes) ? 1 : 0;
     blocksNotZero_ += isZero(block, known->bytes) ? 0 : 1;
     known->address = nullptr;
   }
@@ -119,12 +93,9 @@ void HeapWatch::freeBlock(void* block) {
 
 namespace {
 
-void* allocate(std::size_t bytes) noexcept {
+void* allocate(std::size_t bytes) {
   bytes = std::max<std::size_t>(bytes, 1);
-  return current != nullptr ? current->allocateBlock(bytes) : std::malloc(bytes);
-}
-
-void* orThrow(void* block) {
+  void* const block = current != nullptr ? current->allocateBlock(bytes) : std::malloc(bytes);
   if (block == nullptr) {
     throw std::bad_alloc();
   }
@@ -142,17 +113,12 @@ void release(void* block) noexcept {
 }  // namespace
 }  // namespace wipeproof
 
-// Aligned forms stay the standard library's: nothing that is proved here uses them.
+// The forms without exceptions come here too, and the aligned ones stay the standard library's: nothing that is proved
+// here uses them.
 void* operator new(std::size_t bytes) {
-  return wipeproof::orThrow(wipeproof::allocate(bytes));
-}
-void* operator new[](std::size_t bytes) {
-  return wipeproof::orThrow(wipeproof::allocate(bytes));
-}
-void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
   return wipeproof::allocate(bytes);
 }
-void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
+void* operator new[](std::size_t bytes) {
   return wipeproof::allocate(bytes);
 }
 void operator delete(void* block) noexcept {
@@ -165,11 +131,5 @@ void operator delete(void* block, std::size_t) noexcept {
   wipeproof::release(block);
 }
 void operator delete[](void* block, std::size_t) noexcept {
-  wipeproof::release(block);
-}
-void operator delete(void* block, const std::nothrow_t&) noexcept {
-  wipeproof::release(block);
-}
-void operator delete[](void* block, const std::nothrow_t&) noexcept {
   wipeproof::release(block);
 }

@@ -22,13 +22,11 @@ class HeapWatch final : public IStringManager {
   HeapWatch(const HeapWatch&) = delete;
   HeapWatch& operator=(const HeapWatch&) = delete;
 
-  /// Blocks that were given back with a copy of the secret in them.
+  /// Blocks that were allocated since it began and given back with a copy of the secret in them.
   std::size_t blocksWithSecret() const { return blocksWithSecret_; }
-  /// Buffers of string cores that were given back, and those of them not all zero over their allocated length.
-  std::size_t buffersFreed() const { return buffersFreed_; }
+  /// Buffers of string cores that were given back not all zero over their allocated length.
   std::size_t buffersNotZero() const { return buffersNotZero_; }
-  /// Other blocks that were allocated since it began and were given back, and those of them not all zero.
-  std::size_t blocksFreed() const { return blocksFreed_; }
+  /// Other blocks that were given back not all zero.
   std::size_t blocksNotZero() const { return blocksNotZero_; }
   /// Whether an allocation was made to fail.
   bool failed() const { return failAt_ != 0 && allocations_ >= failAt_; }
@@ -36,13 +34,6 @@ class HeapWatch final : public IStringManager {
   /// Keeps what is given back until the watch ends, as it is: the heap overwrites the beginning of a free block, and
   /// hands it out again.
   void keepFreed() { keeps_ = true; }
-
-  /// Watches the buffer that begins with these characters, of `width` bytes, until it is given back.
-  void follow(const void* characters, std::size_t width);
-  /// Whether it was given back, and whether it was all zero at the last allocation before that: when the core asked for
-  /// the larger buffer.
-  bool moved() const { return moved_; }
-  bool zeroBeforeItMoved() const { return zeroAtAllocation_; }
 
   void* Allocate(std::size_t bytes) override;
   void Free(void* block, std::size_t bytes) override;
@@ -66,18 +57,12 @@ class HeapWatch final : public IStringManager {
   std::uint64_t failAt_;
   std::uint64_t allocations_ = 0;
   std::size_t blocksWithSecret_ = 0;
-  std::size_t buffersFreed_ = 0;
   std::size_t buffersNotZero_ = 0;
-  std::size_t blocksFreed_ = 0;
   std::size_t blocksNotZero_ = 0;
   Block blocks_[kMostBlocks] = {};
   bool keeps_ = false;
   std::size_t keptCount_ = 0;
   void* kept_[kMostKept];
-  const unsigned char* followed_ = nullptr;
-  std::size_t followedBytes_ = 0;
-  bool moved_ = false;
-  bool zeroAtAllocation_ = false;
   IStringManager* former_;
 };
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <iosfwd>
+#include <ostream>
 #include <type_traits>
 
 #include <memoryscan/memoryscan.h>
@@ -41,10 +41,7 @@ inline constexpr UINT kMissingId = 102;
 /// needed for all proofs, since the questions are asked by some of them only.
 class Stage {
  public:
-  enum class Questions { asked, notAsked };
-
-  Stage(const memoryscan::Secret& secret, Questions questions)
-      : secret_(secret), asked_(questions == Questions::asked) {}
+  Stage(const memoryscan::Secret& secret, bool asked) : secret_(secret), asked_(asked) {}
 
   const memoryscan::Secret& secret() const { return secret_; }
 
@@ -62,12 +59,13 @@ class Stage {
 struct Operation {
   const char* name;
   std::function<void(const Stage& stage)> run;
-  /// Which blocks other than the buffers of string cores it promises to zero, whole.
-  enum class Blocks { some, all } zeroed = Blocks::some;
-  /// Who has the memory: the heap, or the platform, whose allocations are not watched.
-  enum class Memory { ofHeap, ofPlatform } memory = Memory::ofHeap;
+  /// Who has the memory: string cores; blocks that are all promised to be zeroed, whole; or the platform, whose
+  /// allocations are not watched.
+  enum class Memory { ofCores, ofBlocks, ofPlatform } memory = Memory::ofCores;
 };
-void PrintTo(const Operation& operation, std::ostream* out);
+inline void PrintTo(const Operation& operation, std::ostream* out) {
+  *out << operation.name;
+}
 
 class WipeProof : public support::MachineTest, public testing::WithParamInterface<Operation> {
  protected:
