@@ -18,7 +18,7 @@ void logDisabled(benchmark::State& state) {
     txlogLog(L"txhostkit", TXLOG_EXIT, L"%s (%d)", function, result);
   }
 }
-BENCHMARK(logDisabled);
+BENCHMARK(logDisabled)->Name("log call, level off|ours");
 
 #ifdef VL_PEER_SPDLOG
 void logDisabledSpdlog(benchmark::State& state) {
@@ -33,7 +33,7 @@ void logDisabledSpdlog(benchmark::State& state) {
   }
   spdlog::drop("off");
 }
-BENCHMARK(logDisabledSpdlog);
+BENCHMARK(logDisabledSpdlog)->Name("log call, level off|spdlog");
 #endif
 
 }  // namespace

@@ -19,9 +19,9 @@ void parse(benchmark::State& state, const wchar_t* text) {
     benchmark::DoNotOptimize(time);
   }
 }
-BENCHMARK_CAPTURE(parse, utc, L"2013-03-28T12:34:56Z");
-BENCHMARK_CAPTURE(parse, offset, L"2013-03-28T12:34:56+01:00");
-BENCHMARK_CAPTURE(parse, local, L"2013-03-28T12:34:56");
+BENCHMARK_CAPTURE(parse, utc, L"2013-03-28T12:34:56Z")->Name("parse ...Z|ours");
+BENCHMARK_CAPTURE(parse, offset, L"2013-03-28T12:34:56+01:00")->Name("parse ...+01:00|ours");
+BENCHMARK_CAPTURE(parse, local, L"2013-03-28T12:34:56")->Name("parse local time|ours");
 
 void parseStrptime(benchmark::State& state, const char* text, const char* format) {
   std::tm time{};
@@ -30,21 +30,34 @@ void parseStrptime(benchmark::State& state, const char* text, const char* format
     benchmark::DoNotOptimize(time);
   }
 }
-BENCHMARK_CAPTURE(parseStrptime, utc, "2013-03-28T12:34:56Z", "%Y-%m-%dT%H:%M:%SZ");
-BENCHMARK_CAPTURE(parseStrptime, offset, "2013-03-28T12:34:56+01:00", "%Y-%m-%dT%H:%M:%S%z");
+BENCHMARK_CAPTURE(parseStrptime, utc, "2013-03-28T12:34:56Z", "%Y-%m-%dT%H:%M:%SZ")->Name("parse ...Z|strptime");
+BENCHMARK_CAPTURE(parseStrptime, offset, "2013-03-28T12:34:56+01:00", "%Y-%m-%dT%H:%M:%S%z")
+    ->Name("parse ...+01:00|~strptime, fields only");
 
 // What the offset form does, with the C library: fields and offset, then UTC fields with their day of the week.
-void parseStrptimeToUtc(benchmark::State& state) {
+std::time_t utcOf(const char* text) {
   std::tm time{};
+  benchmark::DoNotOptimize(strptime(text, "%Y-%m-%dT%H:%M:%S%z", &time));
+  return timegm(&time) - time.tm_gmtoff;
+}
+std::time_t utcOfLocal(const char* text) {
+  std::tm time{};
+  time.tm_isdst = -1;
+  benchmark::DoNotOptimize(strptime(text, "%Y-%m-%dT%H:%M:%S", &time));
+  return std::mktime(&time);
+}
+void parseToUtc(benchmark::State& state, std::time_t (*parser)(const char*), const char* text) {
   for (auto _ : state) {
-    benchmark::DoNotOptimize(strptime("2013-03-28T12:34:56+01:00", "%Y-%m-%dT%H:%M:%S%z", &time));
-    const std::time_t utc = timegm(&time) - time.tm_gmtoff;
+    const std::time_t utc = parser(text);
     std::tm fields{};
     benchmark::DoNotOptimize(gmtime_r(&utc, &fields));
     benchmark::DoNotOptimize(fields);
   }
 }
-BENCHMARK(parseStrptimeToUtc);
+BENCHMARK_CAPTURE(parseToUtc, offset, utcOf, "2013-03-28T12:34:56+01:00")
+    ->Name("parse ...+01:00|strptime, timegm, gmtime_r");
+BENCHMARK_CAPTURE(parseToUtc, local, utcOfLocal, "2013-03-28T12:34:56")
+    ->Name("parse local time|strptime, mktime, gmtime_r");
 
 void format(benchmark::State& state) {
   SYSTEMTIME time{2013, 3, 4, 28, 12, 34, 56, 0};
@@ -55,7 +68,7 @@ void format(benchmark::State& state) {
     benchmark::DoNotOptimize(text);
   }
 }
-BENCHMARK(format);
+BENCHMARK(format)->Name("format a time|ours");
 
 void formatStrftime(benchmark::State& state) {
   std::tm time{};
@@ -68,14 +81,21 @@ void formatStrftime(benchmark::State& state) {
     benchmark::DoNotOptimize(text);
   }
 }
-BENCHMARK(formatStrftime);
+BENCHMARK(formatStrftime)->Name("format a time|strftime");
 
 void compare(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(vlSysCompareISO8601(L"2013-03-28T12:00:00Z", L"2013-03-28T13:00:00+01:00"));
   }
 }
-BENCHMARK(compare);
+BENCHMARK(compare)->Name("compare two times|ours");
+
+void compareStrptime(benchmark::State& state) {
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(utcOf("2013-03-28T12:00:00Z") < utcOf("2013-03-28T13:00:00+01:00"));
+  }
+}
+BENCHMARK(compareStrptime)->Name("compare two times|strptime, timegm");
 
 #ifdef VL_PEER_DATE
 void parseDateLibrary(benchmark::State& state, const char* text, const char* format) {
@@ -88,8 +108,9 @@ void parseDateLibrary(benchmark::State& state, const char* text, const char* for
     benchmark::DoNotOptimize(time);
   }
 }
-BENCHMARK_CAPTURE(parseDateLibrary, utc, "2013-03-28T12:34:56Z", "%FT%TZ");
-BENCHMARK_CAPTURE(parseDateLibrary, offset, "2013-03-28T12:34:56+01:00", "%FT%T%Ez");
+BENCHMARK_CAPTURE(parseDateLibrary, utc, "2013-03-28T12:34:56Z", "%FT%TZ")->Name("parse ...Z|date library");
+BENCHMARK_CAPTURE(parseDateLibrary, offset, "2013-03-28T12:34:56+01:00", "%FT%T%Ez")
+    ->Name("parse ...+01:00|date library");
 
 void formatDateLibrary(benchmark::State& state) {
   const date::sys_seconds time = date::sys_days{date::year{2013} / 3 / 28} + std::chrono::hours{12};
@@ -97,7 +118,7 @@ void formatDateLibrary(benchmark::State& state) {
     benchmark::DoNotOptimize(date::format("%FT%TZ", time));
   }
 }
-BENCHMARK(formatDateLibrary);
+BENCHMARK(formatDateLibrary)->Name("format a time|date library");
 #endif
 
 }  // namespace
