@@ -24,7 +24,8 @@ def read(path):
                 name, time = line.split("\t")
                 yield *name.split("|"), float(time)
             return
-        for run in sorted(json.load(file)["benchmarks"], key=lambda run: run["family_index"]):
+        runs = json.load(file)["benchmarks"]
+        for run in sorted(runs, key=lambda run: (run["family_index"], run["per_family_instance_index"])):
             if run.get("aggregate_name") == "median":
                 subject, who = run["run_name"].split("|")
                 who, _, argument = who.partition("/")
