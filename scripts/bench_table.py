@@ -24,12 +24,9 @@ def read(path):
                 name, time = line.split("\t")
                 yield *name.split("|"), float(time)
             return
-        runs = json.load(file)["benchmarks"]
-        for run in sorted(runs, key=lambda run: (run["family_index"], run["per_family_instance_index"])):
+        for run in sorted(json.load(file)["benchmarks"], key=lambda run: run["family_index"]):
             if run.get("aggregate_name") == "median":
-                subject, who = run["run_name"].split("|")
-                who, _, argument = who.partition("/")
-                yield f"{subject} {argument}".strip(), who, run["cpu_time"]
+                yield *run["run_name"].split("|"), run["cpu_time"]
 
 
 def shown(ns):
