@@ -1,10 +1,12 @@
 // Secret text beside plain strings that are wiped by hand, and a crypto library's secure vector. Logging is off.
-#include <benchmark/benchmark.h>
 #include <vlhostkit/vlhostkit.h>
 #include <vlhostkit/wipe.h>
 
 #include <cwchar>
+#include <list>
 #include <string>
+
+#include "row.h"
 
 #ifdef VL_PEER_BOTAN
 #include <botan/secmem.h>
@@ -12,94 +14,37 @@
 
 namespace {
 
+using benchmark::DoNotOptimize;
+
 constexpr const wchar_t* kSecret = L"correct horse battery staple, 42 characters";
 
 void wipe(std::wstring& text) {
   VL::Framework::wipe(text.data(), text.capacity() * sizeof(wchar_t));
 }
 
-void construct(benchmark::State& state) {
-  for (auto _ : state) {
-    CSecStr text(kSecret);
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(construct);
-
-void constructPlain(benchmark::State& state) {
-  for (auto _ : state) {
-    std::wstring text(kSecret);
-    benchmark::DoNotOptimize(text);
-    wipe(text);
-  }
-}
-BENCHMARK(constructPlain);
-
-void assign(benchmark::State& state) {
-  CSecStr text(kSecret);
-  for (auto _ : state) {
-    text = kSecret;
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(assign);
-
 // The same discipline: private copy, wipe, refill, wipe of the copy.
-void assignPlain(benchmark::State& state) {
-  std::wstring text(kSecret);
-  for (auto _ : state) {
-    std::wstring copy(kSecret);
-    wipe(text);
-    text = copy;
-    wipe(copy);
-    benchmark::DoNotOptimize(text);
-  }
+void assign(std::wstring& text, std::wstring copy) {
+  wipe(text);
+  text = copy;
+  wipe(copy);
 }
-BENCHMARK(assignPlain);
 
-void format(benchmark::State& state) {
-  CSecStr text;
-  for (auto _ : state) {
-    text.Format(L"%s-%d", kSecret, 4711);
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(format);
-
-void formatPlain(benchmark::State& state) {
-  std::wstring text;
-  for (auto _ : state) {
-    std::wstring work(64, L'\0');
-    work.resize(static_cast<std::size_t>(std::swprintf(work.data(), work.size(), L"%ls-%d", kSecret, 4711)));
-    wipe(text);
-    text = work;
-    wipe(work);
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(formatPlain);
-
-std::wstring everySecondCharacterHits(std::size_t length) {
-  std::wstring text(length, L'a');
-  for (std::size_t i = 0; i < length; i += 2) {
+std::wstring everySecondCharacterHits(int length) {
+  std::wstring text(static_cast<std::size_t>(length), L'a');
+  for (std::size_t i = 0; i < text.size(); i += 2) {
     text[i] = L'-';
   }
   return text;
 }
 
-void replace(benchmark::State& state) {
-  const CSecStr text(everySecondCharacterHits(static_cast<std::size_t>(state.range(0))).c_str());
-  for (auto _ : state) {
-    CSecStr edited(text);
-    benchmark::DoNotOptimize(edited.Replace(L"-", L"+-+"));
-  }
-  state.SetComplexityN(state.range(0));
-}
-BENCHMARK(replace)->Arg(10'000)->Arg(100'000)->Complexity(benchmark::oN);
-
-void replacePlain(benchmark::State& state) {
-  const std::wstring text = everySecondCharacterHits(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
+void replaceRows(int length) {
+  const std::string subject = "replace, every 2nd of " + std::to_string(length);
+  const std::wstring text = everySecondCharacterHits(length);
+  row(subject + "|ours", [secret = CSecStr(text.c_str())] {
+    CSecStr edited(secret);
+    DoNotOptimize(edited.Replace(L"-", L"+-+"));
+  });
+  row(subject + "|std::wstring, wiped", [text] {
     std::wstring source(text);
     std::wstring edited;
     edited.reserve(source.size() * 2 + 1);
@@ -109,51 +54,81 @@ void replacePlain(benchmark::State& state) {
       from = hit + 1;
     }
     edited.append(source, from);
-    benchmark::DoNotOptimize(edited);
+    DoNotOptimize(edited);
     wipe(source);
     wipe(edited);
-  }
+  });
 }
-BENCHMARK(replacePlain)->Arg(10'000)->Arg(100'000);
 
-// One character added to a text of the given length.
-void appendCharacter(benchmark::State& state) {
-  const std::wstring start(static_cast<std::size_t>(state.range(0)), L'a');
-  CSecStr text;
-  text.GetBuffer(static_cast<int>(state.range(0)) * 2 + 16);
-  text = start.c_str();
-  int added = 0;
-  for (auto _ : state) {
-    text += L'b';
-    if (++added == 8) {
-      state.PauseTiming();
-      text = start.c_str();
-      added = 0;
-      state.ResumeTiming();
+// An assignment and eight characters.
+void appendRows(int length) {
+  const std::string subject = "assign, append 8 to " + std::to_string(length);
+  const std::wstring start(static_cast<std::size_t>(length), L'a');
+  row(subject + "|ours", [start, text = CSecStr()]() mutable {
+    text = start.c_str();
+    for (int i = 0; i < 8; ++i) {
+      text += L'b';
     }
-  }
+  });
+  row(subject + "|std::wstring, copied, wiped", [start, text = std::wstring()]() mutable {
+    assign(text, start);
+    for (int i = 0; i < 8; ++i) {
+      std::wstring copy(text);
+      wipe(text);
+      text.reserve(copy.size() + 1);
+      text = copy;
+      text += L'b';
+      wipe(copy);
+    }
+  });
 }
-BENCHMARK(appendCharacter)->Arg(100)->Arg(1000)->Arg(10'000);
 
+[[maybe_unused]] const bool rows = [] {
+  row("construct and destroy|ours", [] { DoNotOptimize(CSecStr(kSecret)); });
+  row("construct and destroy|std::wstring, wiped", [] {
+    std::wstring text(kSecret);
+    DoNotOptimize(text);
+    wipe(text);
+  });
+  row("assign|ours", [text = CSecStr()]() mutable { text = kSecret; });
+  row("assign|std::wstring, copied, wiped", [text = std::wstring()]() mutable { assign(text, kSecret); });
+  row("format a secret|ours", [text = CSecStr()]() mutable { text.Format(L"%s-%d", kSecret, 4711); });
+  row("format a secret|swprintf, wiped", [text = std::wstring()]() mutable {
+    std::wstring work(64, L'\0');
+    work.resize(static_cast<std::size_t>(std::swprintf(work.data(), work.size(), L"%ls-%d", kSecret, 4711)));
+    wipe(text);
+    text = work;
+    wipe(work);
+  });
+  replaceRows(10'000);
+  replaceRows(100'000);
+  appendRows(100);
+  appendRows(10'000);
+  row("list of 10 secrets|ours", [] {
+    CSecStrList texts;
+    for (int i = 0; i < 10; ++i) {
+      texts.AddTail(kSecret);
+    }
+  });
+  row("list of 10 secrets|std::list, copied, wiped", [] {
+    std::list<std::wstring> texts;
+    for (int i = 0; i < 10; ++i) {
+      assign(texts.emplace_back(), kSecret);
+    }
+    for (std::wstring& text : texts) {
+      wipe(text);
+    }
+  });
 #ifdef VL_PEER_BOTAN
-void constructSecureVector(benchmark::State& state) {
-  const std::size_t length = std::wcslen(kSecret) + 1;
-  for (auto _ : state) {
-    Botan::secure_vector<wchar_t> text(kSecret, kSecret + length);
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(constructSecureVector);
-
-void assignSecureVector(benchmark::State& state) {
-  const std::size_t length = std::wcslen(kSecret) + 1;
-  Botan::secure_vector<wchar_t> text(kSecret, kSecret + length);
-  for (auto _ : state) {
+  static const std::size_t length = std::wcslen(kSecret) + 1;
+  using Secure = Botan::secure_vector<wchar_t>;
+  row("construct and destroy|Botan secure_vector", [] { DoNotOptimize(Secure(kSecret, kSecret + length)); });
+  row("assign|~Botan secure_vector, without a copy", [text = Secure()]() mutable {
     text.assign(kSecret, kSecret + length);
-    benchmark::DoNotOptimize(text);
-  }
-}
-BENCHMARK(assignSecureVector);
+    DoNotOptimize(text);
+  });
 #endif
+  return true;
+}();
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include <vlafx/simplestring.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -11,15 +13,27 @@
 
 #include <vlafx/exceptions.h>
 
+#include "textlength.h"
+
 namespace {
 
-// Common to all empty cores, of both widths. In read-only memory: a write to it is a fault that shows.
-struct EmptyBuffer {
-  CStringData header;
-  wchar_t terminator;
+class HeapManager final : public IStringManager {
+ public:
+  // By malloc: strings come and go all the time, and operator new without exceptions takes half as long again.
+  void* Allocate(std::size_t bytes) override { return std::malloc(bytes); }
+  void Free(void* block, std::size_t) override { std::free(block); }
 };
-constexpr EmptyBuffer kEmpty{{nullptr, 0, 0, -1}, L'\0'};
-static_assert(offsetof(EmptyBuffer, terminator) == sizeof(CStringData));
+
+constinit HeapManager heap;
+constinit std::atomic<IStringManager*> current = &heap;
+
+// Without virtual calls where the manager is the heap, as it nearly always is.
+void* allocateFrom(IStringManager* manager, std::size_t bytes) {
+  return manager == &heap ? heap.Allocate(bytes) : manager->Allocate(bytes);
+}
+void giveBackTo(IStringManager* manager, void* block, std::size_t bytes) {
+  manager == &heap ? heap.Free(block, bytes) : manager->Free(block, bytes);
+}
 
 template <class Char>
 constexpr std::uint64_t blockBytes(std::uint64_t capacity) {
@@ -27,14 +41,19 @@ constexpr std::uint64_t blockBytes(std::uint64_t capacity) {
 }
 
 template <class Char>
-Char* characters(const CStringData* header) {
-  return static_cast<Char*>(const_cast<CStringData*>(header)->data());
+Char* characters(CStringData* block) {
+  return static_cast<Char*>(block->data());
 }
 
 }  // namespace
 
-template <class Char>
-CSimpleStringT<Char>::CSimpleStringT() noexcept : m_pszData(characters<Char>(&kEmpty.header)) {}
+IStringManager* AfxSetStringManager(IStringManager* manager) {
+  return current.exchange(manager != nullptr ? manager : &heap);
+}
+
+IStringManager* AfxGetStringManager() {
+  return current.load(std::memory_order_relaxed);
+}
 
 template <class Char>
 int CSimpleStringT<Char>::measure() const noexcept {
@@ -49,10 +68,21 @@ void CSimpleStringT<Char>::refuse() {
 }
 
 template <class Char>
+void CSimpleStringT<Char>::SetString(PCXSTR text) {
+  store(text, vlafx::lengthOf(text));
+}
+
+template <class Char>
 void CSimpleStringT<Char>::SetString(PCXSTR text, int length) {
   if (length < 0 || (text == nullptr && length != 0)) {
     AfxThrowInvalidArgException();
   }
+  store(text, length);
+}
+
+// Expanded where it is used, as what it calls: most strings are stored once, and go.
+template <class Char>
+[[gnu::always_inline]] inline void CSimpleStringT<Char>::store(PCXSTR text, int length) {
   if (length > GetAllocLength()) {
     CStringData* const block = larger(length);
     std::memcpy(characters<Char>(block), text, static_cast<std::size_t>(length) * sizeof(Char));
@@ -92,7 +122,7 @@ void CSimpleStringT<Char>::grow(int n) {
 }
 
 template <class Char>
-CStringData* CSimpleStringT<Char>::larger(int n) const {
+[[gnu::always_inline]] inline CStringData* CSimpleStringT<Char>::larger(int n) const {
   // In unsigned 64-bit arithmetic, where no sum of two lengths overflows.
   constexpr std::uint64_t kMost = std::numeric_limits<int>::max();
   const auto present = static_cast<std::uint64_t>(GetAllocLength());
@@ -100,7 +130,8 @@ CStringData* CSimpleStringT<Char>::larger(int n) const {
   capacity = std::min((capacity + 7) & ~std::uint64_t{7}, kMost);
   const std::uint64_t bytes = blockBytes<Char>(capacity);
   IStringManager* const manager = header()->nRefs > 0 ? header()->pStringMgr : AfxGetStringManager();
-  void* const block = std::in_range<std::size_t>(bytes) ? manager->Allocate(static_cast<std::size_t>(bytes)) : nullptr;
+  void* const block =
+      std::in_range<std::size_t>(bytes) ? allocateFrom(manager, static_cast<std::size_t>(bytes)) : nullptr;
   if (block == nullptr) {
     AfxThrowMemoryException();
   }
@@ -119,7 +150,7 @@ void CSimpleStringT<Char>::adopt(CStringData* block) noexcept {
 template <class Char>
 void CSimpleStringT<Char>::giveBack(CStringData* block) noexcept {
   const auto capacity = static_cast<std::uint64_t>(block->nAllocLength);
-  block->pStringMgr->Free(block, static_cast<std::size_t>(blockBytes<Char>(capacity)));
+  giveBackTo(block->pStringMgr, block, static_cast<std::size_t>(blockBytes<Char>(capacity)));
 }
 
 template class CSimpleStringT<char>;

@@ -11,18 +11,9 @@
 #include <vlhostkit/wipe.h>
 
 #include "charclass.h"
+#include "textlength.h"
 
 namespace {
-
-// The length of a text that may be null. One too long for a core can't be stored anywhere.
-template <class Char>
-int lengthOf(const Char* text) {
-  const std::size_t length = text != nullptr ? std::char_traits<Char>::length(text) : 0;
-  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    AfxThrowMemoryException();
-  }
-  return static_cast<int>(length);
-}
 
 template <class Char>
 std::basic_string_view<Char> view(const CSimpleStringT<Char>& core) {
@@ -90,12 +81,6 @@ void mapInPlace(CSimpleStringT<Char>& core, Map map) {
 }  // namespace
 
 template <class Char>
-CStringT<Char>& CStringT<Char>::operator=(PCXSTR text) {
-  this->SetString(text, lengthOf(text));
-  return *this;
-}
-
-template <class Char>
 CStringT<Char>& CStringT<Char>::operator=(XCHAR character) {
   this->SetString(&character, character != Char() ? 1 : 0);
   return *this;
@@ -103,7 +88,7 @@ CStringT<Char>& CStringT<Char>::operator=(XCHAR character) {
 
 template <class Char>
 CStringT<Char>& CStringT<Char>::operator=(const YCHAR* text) {
-  const int length = lengthOf(text);
+  const int length = vlafx::lengthOf(text);
   if (length == 0) {
     this->setLength(0);
     return *this;

@@ -34,8 +34,10 @@ CSecStr::CSecStr(const char* text, int length) : CSecStr() {
 }
 
 CSecStr::~CSecStr() {
+  // Held, since the wipe might have changed any memory, for all that the compiler knows.
+  const CStringT<wchar_t>* const core = m_pStr;
   vl::wipe(*m_pStr);
-  delete m_pStr;
+  delete core;
 }
 
 CSecStr& CSecStr::operator=(const wchar_t* text) {

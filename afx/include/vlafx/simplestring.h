@@ -21,7 +21,7 @@ class CSimpleStringT {
   using PCXSTR = const Char*;
 
   /// Empty; no block yet.
-  VLAFX_API CSimpleStringT() noexcept;
+  CSimpleStringT() noexcept : m_pszData(const_cast<PXSTR>(&kEmpty.terminator)) {}
   ~CSimpleStringT() {
     if (header()->nRefs > 0) {
       giveBack(header());
@@ -64,6 +64,8 @@ class CSimpleStringT {
     other.m_pszData = data;
   }
 
+  /// Copies the text up to its terminator; a null one counts as empty. `text` may lie in this buffer.
+  VLAFX_API void SetString(PCXSTR text);
   /// Copies `length` characters; `text` may lie in this buffer. Throws CInvalidArgException* for a negative length, and
   /// for a null text with a length other than 0.
   VLAFX_API void SetString(PCXSTR text, int length);
@@ -84,6 +86,15 @@ class CSimpleStringT {
   }
 
  private:
+  // What empty cores stand on: one for each library. In read-only memory: a write to it is a fault that shows.
+  struct EmptyBuffer {
+    CStringData header;
+    Char terminator;
+  };
+  static constexpr EmptyBuffer kEmpty{{nullptr, 0, 0, -1}, Char()};
+  static_assert(offsetof(EmptyBuffer, terminator) == sizeof(CStringData));
+
+  void store(PCXSTR text, int length);
   VLAFX_API void grow(int n);
   /// The characters before the first NUL, at most the allocated length.
   VLAFX_API int measure() const noexcept;

@@ -1,5 +1,6 @@
-// The registry family beside the platform's own calls that do the same work, as medians of interleaved runs. A program
-// of its own, without a benchmark library, so that it also runs where the platform is the real one. Logging is off.
+// Functions beside the platform's own calls that do the same work, as medians of interleaved runs. A program of its
+// own, without a benchmark library, so that it also runs where the platform is the real one. Logging is off. One line a
+// time, for scripts/bench_table.py: subject, "|", who, tab, nanoseconds.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -7,6 +8,13 @@
 #include <vector>
 
 #include <vlhostkit/vlhostkit.h>
+
+#ifdef _WIN32
+#include <sddl.h>
+#include <sensapi.h>
+#define SECURITY_WIN32
+#include <security.h>
+#endif
 
 namespace {
 
@@ -89,12 +97,64 @@ void listValuesRaw() {
   });
 }
 
-double microseconds(void (*work)(), int repeats) {
+SID* sid() {
+  static struct {
+    BYTE head[8] = {1, 5, 0, 0, 0, 0, 0, 5};
+    DWORD subAuthorities[5] = {21, 1234567890, 2345678901, 3456789012, 1001};
+  } bytes;
+  return reinterpret_cast<SID*>(&bytes);
+}
+
+void convertSid() {
+  wchar_t text[28 + 12 * 5];
+  DWORD bytes = sizeof text;
+  failed = !vlSysConvertSIDW(sid(), text, &bytes) || failed;
+}
+void convertSidRaw() {
+  LPWSTR text = nullptr;
+  failed = !ConvertSidToStringSidW(sid(), &text) || failed;
+  LocalFree(text);
+}
+
+constexpr const wchar_t* kSystemCache = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\DomainCache";
+constexpr const wchar_t* kOwnCache = L"SOFTWARE\\Velorin\\System\\DomainCache";
+constexpr const wchar_t* kSuffix = L"vlhostkit-benchmark.invalid";
+const std::wstring kPrincipal = std::wstring(L"alice@") + kSuffix;
+
+// Known to the library's own cache only, which is asked last.
+void translatePrincipal() {
+  wchar_t name[256];
+  DWORD size = 255;
+  failed = !vlNetGetUserNameDomainFromUPNW(kPrincipal.c_str(), name, &size) || size != 11 || failed;
+}
+void translatePrincipalRaw() {
+  wchar_t name[256];
+  ULONG size = 255;
+  DWORD network = NETWORK_ALIVE_LAN;
+  const HMODULE module = LoadLibraryW(L"Secur32.dll");
+  const auto translate =
+      reinterpret_cast<decltype(&TranslateNameW)>(reinterpret_cast<void*>(GetProcAddress(module, "TranslateNameW")));
+  failed = !IsNetworkAlive(&network) ||
+           translate(kPrincipal.c_str(), NameUserPrincipal, NameSamCompatible, name, &size) || failed;
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSystemCache, 0, KEY_QUERY_VALUE, &key) == 0) {
+    RegCloseKey(key);
+  }
+  expectSuccess(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kOwnCache, 0, KEY_QUERY_VALUE, &key));
+  DWORD type = 0;
+  DWORD bytes = sizeof name;
+  expectSuccess(RegQueryValueExW(key, kSuffix, nullptr, &type, reinterpret_cast<BYTE*>(name), &bytes));
+  RegCloseKey(key);
+  FreeLibrary(module);
+  failed = (std::wstring(name) + L"\\alice").size() != 10 || failed;
+}
+
+double nanoseconds(void (*work)(), int repeats) {
   const auto begin = std::chrono::steady_clock::now();
   for (int i = 0; i < repeats; ++i) {
     work();
   }
-  return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - begin).count() / repeats;
+  return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - begin).count() / repeats;
 }
 
 double median(std::vector<double> values) {
@@ -108,24 +168,32 @@ void compare(const char* subject, void (*ours)(), void (*raw)(), int rounds, int
   std::vector<double> rawTimes;
   for (int round = 0; round < rounds; ++round) {
     const bool oursFirst = round % 2 == 0;
-    const double first = microseconds(oursFirst ? ours : raw, repeats);
-    const double second = microseconds(oursFirst ? raw : ours, repeats);
+    const double first = nanoseconds(oursFirst ? ours : raw, repeats);
+    const double second = nanoseconds(oursFirst ? raw : ours, repeats);
     oursTimes.push_back(oursFirst ? first : second);
     rawTimes.push_back(oursFirst ? second : first);
   }
-  const double oursTime = median(oursTimes);
-  const double rawTime = median(rawTimes);
-  std::printf("%-34s %10.3f us %10.3f us %8.3f\n", subject, oursTime, rawTime, oursTime / rawTime);
+  std::printf("%s|ours\t%f\n%s|platform calls\t%f\n", subject, median(oursTimes), subject, median(rawTimes));
 }
 
 }  // namespace
 
 int main() {
   prepare();
-  std::printf("%-34s %13s %13s %8s\n", "", "ours", "platform", "ratio");
   compare("read a DWORD", readNumber, readNumberRaw, 1001, 10);
   compare("read a string of 32 characters", readText, readTextRaw, 1001, 10);
   compare("list 1001 values", listValues, listValuesRaw, 101, 1);
+  compare("SID to text", convertSid, convertSidRaw, 1001, 100);
+  HKEY cache = nullptr;
+  DWORD made = 0;
+  expectSuccess(RegCreateKeyExW(HKEY_LOCAL_MACHINE, kOwnCache, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &cache, &made));
+  expectSuccess(RegSetValueExW(cache, kSuffix, 0, REG_SZ, reinterpret_cast<const BYTE*>(L"CORP"), 5 * sizeof(wchar_t)));
+  compare("principal name, from the cache", translatePrincipal, translatePrincipalRaw, 101, 1);
+  RegDeleteValueW(cache, kSuffix);
+  RegCloseKey(cache);
+  if (made == REG_CREATED_NEW_KEY) {
+    expectSuccess(vlRegDeleteSubKey(HKEY_LOCAL_MACHINE, kOwnCache, 0, true));
+  }
   expectSuccess(vlRegDeleteSubKey(HKEY_LOCAL_MACHINE, kPath, 0, true));
   if (failed) {
     std::fputs("a call failed: the times mean nothing\n", stderr);
