@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <cwchar>
 #include <string>
 
 #include <vlplatform/utf8.h>
@@ -18,6 +19,13 @@ errno_t refuseAndEmpty(Char* target, errno_t code) {
   return refuse(code);
 }
 
+std::size_t lengthWithin(const char* text, std::size_t most) {
+  return strnlen(text, most);
+}
+std::size_t lengthWithin(const wchar_t* text, std::size_t most) {
+  return wcsnlen(text, most);
+}
+
 // Measured before anything is copied: a target that is too small never holds a part of the text.
 template <class Char>
 errno_t copyText(const char* function, Char* target, rsize_t size, const Char* source) {
@@ -28,11 +36,9 @@ errno_t copyText(const char* function, Char* target, rsize_t size, const Char* s
   if (planned || source == nullptr) {
     return refuseAndEmpty(target, EINVAL);
   }
-  std::size_t length = 0;
-  while (source[length] != Char{}) {
-    if (++length == size) {
-      return refuseAndEmpty(target, ERANGE);
-    }
+  const std::size_t length = lengthWithin(source, size);
+  if (length == size) {
+    return refuseAndEmpty(target, ERANGE);
   }
   std::char_traits<Char>::move(target, source, length + 1);
   return 0;
