@@ -25,13 +25,14 @@ class CStringT : public CSimpleStringT<Char> {
 
   CStringT() noexcept = default;
 
-  /// Replace the text; `text` may lie in this buffer, which is kept if it is large enough. The last one converts
-  /// between the process's ANSI code page and wide text, from buffer to buffer; what has no counterpart becomes the
-  /// replacement character. If the platform's conversion fails, the core is left empty, with the whole buffer zeroed.
+  /// Replaces the text; `text` may lie in this buffer, which is kept if it is large enough.
   CStringT& operator=(PCXSTR text) {
     this->SetString(text);
     return *this;
   }
+  /// Replace the text. The second one converts between the process's ANSI code page and wide text, from buffer to
+  /// buffer; what has no counterpart becomes the replacement character. If the platform's conversion fails, the core is
+  /// left empty, with the whole buffer zeroed.
   VLAFX_API CStringT& operator=(XCHAR character);
   VLAFX_API CStringT& operator=(const YCHAR* text);
 
