@@ -3,17 +3,23 @@
 #include <txlogu/txlogu.h>
 
 #include <map>
-#include <regex>
+#include <string_view>
 #include <thread>
 
 namespace {
 
 /// The part of a record's line behind time, process and thread, whose form is checked.
 std::string recordOf(const std::string& line) {
-  static const std::regex form(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d+ \d+ )");
-  std::smatch match;
-  const bool matches = std::regex_search(line, match, form, std::regex_constants::match_continuous);
-  return matches ? match.suffix().str() : "<no record> " + line;
+  const std::string_view form = "dddd-dd-ddTdd:dd:dd.dddZ d";
+  bool matches = line.size() > form.size();
+  for (std::size_t i = 0; matches && i < form.size(); ++i) {
+    matches = form[i] == 'd' ? line[i] >= '0' && line[i] <= '9' : line[i] == form[i];
+  }
+  unsigned process = 0, thread = 0;
+  int end = 0;
+  matches = matches && std::sscanf(line.c_str() + form.size() - 1, "%u %u%n", &process, &thread, &end) == 2;
+  const std::size_t behind = form.size() - 1 + static_cast<std::size_t>(end);
+  return matches && line[behind] == ' ' ? line.substr(behind + 1) : "<no record> " + line;
 }
 
 Lines recordsOf(Lines lines) {
