@@ -31,12 +31,12 @@ class Row : public benchmark::internal::Benchmark {
   Work work_;
 };
 
-/// `name` is for scripts/bench_table.py: subject, "|", "ours" or the peer. The library owns what is registered.
+/// `name` is for scripts/bench_table.py: subject, "|", "ours" or the peer.
 template <class Work>
 bool row(const std::string& name, Work work) {
   auto* const made = new Row<Work>(name, std::move(work));
-  return benchmark::internal::RegisterBenchmarkInternal(made) ==
-         made;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the library owns it
+  return benchmark::internal::RegisterBenchmarkInternal(made) == made;
 }
 
 #endif
