@@ -40,7 +40,7 @@ void prepare() {
   expectSuccess(RegCreateKeyExW(HKEY_LOCAL_MACHINE, kPath, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
                                 &key, nullptr));
   for (int i = 0; i < kValues; ++i) {
-    const DWORD value = static_cast<DWORD>(i);
+    const auto value = static_cast<DWORD>(i);
     expectSuccess(RegSetValueExW(key, (L"value" + std::to_wstring(1000 + i)).c_str(), 0, REG_DWORD,
                                  reinterpret_cast<const BYTE*>(&value), sizeof value));
   }
@@ -158,7 +158,7 @@ double nanoseconds(void (*work)(), int repeats) {
 }
 
 double median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+  std::nth_element(values.begin(), values.begin() + std::ssize(values) / 2, values.end());
   return values[values.size() / 2];
 }
 

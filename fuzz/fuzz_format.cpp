@@ -18,6 +18,7 @@ using Narrow = const char*[];
 struct Field {
   Field(fuzz::Input& in, bool stars) {
     const unsigned switches = in.byte();
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): numbers, of either sign
     width = static_cast<std::int8_t>(in.byte()), most = static_cast<std::int8_t>(in.byte());
     for (unsigned i = 0; i < 5; ++i) start.append(switches >> i & 1, L"-+ 0#"[i]);
     left = (switches & 1) != 0 || (stars && width < 0);

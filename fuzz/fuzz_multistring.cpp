@@ -18,7 +18,7 @@ static void check(Read read, DWORD type, DWORD storedType, std::size_t capacity,
   CHECK(read(nullptr, &size) == done && (expected == nullptr || size == expected->size()));
   for (const std::size_t bytes : {std::size_t{size}, capacity, size != 0 ? std::size_t{size} - 1 : 0}) {
     const Block<BYTE> block(bytes);
-    DWORD told = static_cast<DWORD>(bytes);
+    auto told = static_cast<DWORD>(bytes);
     const int result = read(block.data(), &told);
     CHECK(result == (bytes >= size ? done : -2) && told == (bytes >= size ? size : bytes));
     CHECK(block.untouched(bytes >= size ? size : 0));

@@ -35,7 +35,7 @@ static void convertByLibrary(PSID sid, const std::basic_string<Char>& form, DWOR
 static std::wstring convert(fuzz::Bytes bytes) {
   const Block<BYTE> sid(bytes.size());
   std::copy(bytes.begin(), bytes.end(), sid.data());
-  const std::wstring form = formOf(bytes);
+  std::wstring form = formOf(bytes);
   wchar_t* text = nullptr;
   CHECK(ConvertSidToStringSidW(sid.data(), &text) && text == form);
   LocalFree(text);
@@ -56,7 +56,7 @@ static std::wstring read(const std::wstring& text) {
     return {};
   }
   CHECK(IsValidSid(sid));
-  const std::wstring form = convert({static_cast<const BYTE*>(sid), GetLengthSid(sid)});
+  std::wstring form = convert({static_cast<const BYTE*>(sid), GetLengthSid(sid)});
   LocalFree(sid);
   return form;
 }

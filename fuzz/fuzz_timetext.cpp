@@ -69,7 +69,7 @@ void compare(const wchar_t* first, const Parsed& a, const wchar_t* second, const
     CHECK(result == static_cast<int>(ERROR_INVALID_PARAMETER));
   } else {
     CHECK(result == (a.ticks > b.ticks) - (a.ticks < b.ticks));
-    CHECK(vlSysCompareISO8601(second, first) == -result);
+    CHECK(vlSysCompareISO8601(second, first) == -result);  // NOLINT(readability-suspicious-call-argument): reversed
   }
 }
 

@@ -45,7 +45,7 @@ TEST_F(ResourcesTest, SearchesTheProgramThenTheModules) {
   EXPECT_EQ(AfxFindStringResourceHandle(203), module);
 #ifndef _WIN32
   // Modules in their order, and none for an empty string.
-  const auto second = reinterpret_cast<HINSTANCE>(&module);
+  auto* const second = reinterpret_cast<HINSTANCE>(&module);
   machine().strings().set(second, 203, L"the second module's");
   machine().strings().set(second, 305, L"the second module's");
   AfxAddResourceModule(second);

@@ -68,7 +68,7 @@ TYPED_TEST(StringTest, Compares) {
 
 TYPED_TEST(StringTest, RemovesTrimsAndFoldsInPlace) {
   using Core = CStringT<TypeParam>;
-  const TypeParam dash = static_cast<TypeParam>('-');
+  const auto dash = static_cast<TypeParam>('-');
   const struct {
     const char* name;
     void (*edit)(Core&, TypeParam);

@@ -20,7 +20,7 @@ namespace dialog {
 using Step = std::function<void()>;
 
 inline std::wstring spaces(std::size_t count) {
-  return std::wstring(count, L' ');
+  return std::wstring(count, L' ');  // NOLINT(modernize-return-braced-init-list): would be two characters
 }
 
 /// What both kinds of test dialogs do beside their exchange. `steps` run one after the other, each as a message of the

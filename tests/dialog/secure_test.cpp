@@ -12,7 +12,6 @@ namespace {
 using support::entered;
 using support::left;
 using support::Log;
-using support::operator+;
 
 class LogOn : public SecretForm {
  public:
@@ -49,7 +48,7 @@ class SecureDialog : public DialogTest {
     log.take();
     logOn.press(button);
   }
-  void expectBlank(std::size_t password, std::size_t second) {
+  void expectBlank(std::size_t password, std::size_t second) const {
     EXPECT_EQ(logOn.atEnd, (Texts{spaces(password), spaces(second)}));
   }
   std::wstring typed() const { return std::wstring(logOn.password.GetString()) + L'|' + logOn.second.GetString(); }
@@ -170,7 +169,7 @@ TEST_F(SecureDialog, TypedPasswordIsGoneWithItsOwner) {
   logOn.password = L"";
   logOn.steps = {[&] {
     memoryscan::Revealed<wchar_t> text(secret);
-    for (int i = 0; i < text.length(); ++i) {
+    for (int i = 0; i < memoryscan::Revealed<wchar_t>::length(); ++i) {
       SendMessageW(logOn.control(IDC_PASSWORD), WM_CHAR, text.get()[i], 0);
     }
     logOn.press(IDOK);

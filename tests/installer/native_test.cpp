@@ -42,7 +42,7 @@ TEST_F(Hostile, PathsUpToTheLimitAreRemovedAndLongerOnesLeftAlone) {
 }
 
 TEST_F(Hostile, NamesInAnyCaseAndTheCurrentFolder) {
-  std::ofstream(real(kMerged) / "\xC3\xBC\xE2\x82\xAC ..x");
+  std::ofstream(real(kMerged) / "\xC3\xBC\xE2\x82\xAC ..x").close();
   EXPECT_EQ(run(&MSICleanMergedFolders, L"c:/vltest\\PRODUCT\\"), 0u);
   EXPECT_TRUE(fs::is_empty(real(kMerged)));
   fs::create_directories(root / "Resources/Merged/kept");

@@ -67,7 +67,7 @@ TEST_F(DialogsTest, AModalDialogRunsUntilItEnds) {
                                                        {WM_CLOSE, false, 44},      {WM_QUIT, false, IDOK}};
   for (const auto& [ends, destroys, result] : kRows) {
     std::jthread other;
-    react = [&](HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    react = [&, ends = ends, destroys = destroys](HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
       if (message == WM_INITDIALOG && lParam == 5) {
         ends == WM_QUIT ? PostQuitMessage(3) : void(other = std::jthread([=] { PostMessageW(dialog, ends, 0, 0); }));
       }
@@ -114,7 +114,7 @@ TEST_F(DialogsTest, TextsLeaveNoCopies) {
     memoryscan::Revealed<wchar_t> text(secret);
     const HWND dialog = make();
     EXPECT_TRUE(typed || SetWindowTextW(GetFocus(), text.get()));
-    std::for_each_n(text.get(), typed * text.length(),
+    std::for_each_n(text.get(), typed * memoryscan::Secret::kLength,
                     [](wchar_t c) { PostMessageW(GetFocus(), WM_CHAR, WPARAM(c), 0); });
     for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); DispatchMessageW(&message)) {
     }

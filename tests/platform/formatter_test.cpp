@@ -49,7 +49,7 @@ std::wstring formatted(const wchar_t* format, Arguments... arguments) {
   const auto buffer = std::make_unique<wchar_t[]>(static_cast<std::size_t>(size) + 1);
   EXPECT_EQ(stored(buffer.get(), static_cast<std::size_t>(size) + 1, format, arguments...), size);
   EXPECT_EQ(buffer[static_cast<std::size_t>(size)], L'\0');
-  return std::wstring(buffer.get(), static_cast<std::size_t>(size));
+  return {buffer.get(), static_cast<std::size_t>(size)};
 }
 
 class Formatter : public support::MachineTest {

@@ -14,7 +14,7 @@ using Automation = support::MachineTest;
 
 TEST_F(Automation, ArraysLieAsThePlatformHasThem) {
   SAFEARRAYBOUND bounds[] = {{2, -1}, {3, 10}, {4, 0}};
-  for (const auto& [type, size] : {std::pair<VARTYPE, UINT>{VT_UI1, 1},
+  for (const auto& [type, size] : {std::pair<VARTYPE, std::size_t>{VT_UI1, 1},
                                    {VT_BOOL, 2},
                                    {VT_ERROR, 4},
                                    {VT_DATE, 8},

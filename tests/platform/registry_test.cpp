@@ -65,7 +65,7 @@ TEST_F(RegistryTest, PathsAndNames) {
   EXPECT_EQ(create(HKEY_USERS, std::wstring(L"new\\") + static_cast<wchar_t>(0xD800)), 87);
   EXPECT_EQ(open(HKEY_USERS, L"new"), 2);
   std::wstring deepest;
-  while (deepest.size() < 512 * 2) deepest += L"d\\";
+  while (deepest.size() / 2 < 512) deepest += L"d\\";
   EXPECT_EQ(create(HKEY_USERS, deepest), 0);
   EXPECT_EQ(create(HKEY_USERS, deepest + L"d"), 87);
   // Enumerated by name, in the case in which they were made.

@@ -8,9 +8,9 @@ constexpr DWORD kAll = 0xFFFFFFFF;
 // Both functions, the parameter tells which.
 class List : public RegistryTest, public testing::WithParamInterface<bool> {
  protected:
-  static constexpr int kSlots = 4;
+  static constexpr std::size_t kSlots = 4;
 
-  void add(const std::wstring& element, DWORD view = 0, DWORD type = REG_DWORD) {
+  void add(const std::wstring& element, DWORD view = 0, DWORD type = REG_DWORD) const {
     Key::create(values ? path() : path(element), view).set(values ? element.c_str() : nullptr, type, {});
   }
   int call(const wchar_t* key, bool slots, int* number, DWORD section = 0, DWORD filter = kAll) {
@@ -24,7 +24,7 @@ class List : public RegistryTest, public testing::WithParamInterface<bool> {
     EXPECT_EQ(call(path().c_str(), slots, &maximum, section, filter), 0);
     EXPECT_TRUE(entries.guardsIntact() && names.guardsIntact());
     std::wstring all;
-    for (int i = 0; i < kSlots; ++i) {
+    for (std::size_t i = 0; i < kSlots; ++i) {
       const wchar_t* const slot = values ? entries.data()[i].szName : names.data() + 255 * i;
       all += (static_cast<unsigned char>(*slot) == 0xbd ? L"-" : slot) + std::wstring(L",");
     }

@@ -80,7 +80,7 @@ class Read : public RegistryTest, public testing::WithParamInterface<Reader> {
     }
   }
   Bytes got(std::size_t count, std::size_t offset = 0) const {
-    return Bytes(buffer.data() + offset, buffer.data() + offset + count);
+    return {buffer.data() + offset, buffer.data() + offset + count};
   }
 
   const Reader& reader = GetParam();
@@ -141,7 +141,7 @@ TEST_P(Read, RefusesOtherTypes) {
   const DWORD other = reader.type == REG_BINARY ? REG_DWORD : REG_BINARY;
   for (const auto& [type, data] : {std::pair{other, Bytes{1, 2, 3, 4}}, {REG_EXPAND_SZ, Bytes()}}) {
     const std::wstring line = L" : RegQueryValueEx returns type " + std::to_wstring(type) + L" instead of ";
-    const DWORD bytes = static_cast<DWORD>(data.size());
+    const auto bytes = static_cast<DWORD>(data.size());
     Key::create(key).set(value, type, data);
     expectRead(-4, line + reader.typeName, buffer.data(), 64, bytes);
     EXPECT_EQ(got(bytes), data);

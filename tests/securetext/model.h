@@ -190,10 +190,10 @@ class Run {
                : text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
   }
 
-  void replace(Subject<wchar_t>& subject, const Argument<wchar_t>& oldText, const Argument<wchar_t>& newText) {
+  static void replace(Subject<wchar_t>& subject, const Argument<wchar_t>& oldText, const Argument<wchar_t>& newText) {
     std::wstring expected = subject.text;
     int hits = 0;
-    for (std::size_t at = 0; !oldText.value.empty() && (at = expected.find(oldText.value, at)) != expected.npos;
+    for (std::size_t at = 0; !oldText.value.empty() && (at = expected.find(oldText.value, at)) != std::wstring::npos;
          ++hits) {
       expected.replace(at, oldText.value.size(), newText.value);
       at += newText.value.size();

@@ -30,7 +30,7 @@ class Release : public support::MachineTest {
   testing::AssertionResult logged(const std::vector<std::wstring>& texts) {
     std::vector<support::LogRecord> expected;
     for (const std::wstring& text : texts) {
-      const bool fails = text.find(L" failed ") != text.npos;
+      const bool fails = text.find(L" failed ") != std::wstring::npos;
       expected.push_back({L"txhostkit", fails ? TXLOG_ERROR : TXLOG_NOTE, text});
     }
     return log.was(expected);

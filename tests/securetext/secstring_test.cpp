@@ -18,6 +18,6 @@ TEST(SecString, AllocatorLimits) {
   EXPECT_EQ(allocator.allocate(0), nullptr);
   allocator.deallocate(nullptr, 0);
   for (const std::size_t count : {std::size_t{0x80000000}, SIZE_MAX / sizeof(wchar_t), SIZE_MAX}) {
-    EXPECT_THROW(allocator.allocate(count), std::bad_alloc) << count;
+    EXPECT_THROW(allocator.deallocate(allocator.allocate(count), count), std::bad_alloc) << count;
   }
 }

@@ -94,13 +94,13 @@ bool AllocFault::pass() {
 }  // namespace support
 
 #if VL_COUNTS_MALLOC
-extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t bytes) {
+extern "C" [[gnu::visibility("default")]] void* malloc(std::size_t size) {
   const bool counts = support::armed != nullptr && !support::byLanguageRuntime(__builtin_return_address(0));
-  return counts && support::mustFail() ? nullptr : __libc_malloc(bytes);
+  return counts && support::mustFail() ? nullptr : __libc_malloc(size);
 }
-extern "C" [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t bytes) {
+extern "C" [[gnu::visibility("default")]] void* calloc(std::size_t nmemb, std::size_t size) {
   const bool counts = support::armed != nullptr && !support::byLanguageRuntime(__builtin_return_address(0));
-  return counts && support::mustFail() ? nullptr : __libc_calloc(count, bytes);
+  return counts && support::mustFail() ? nullptr : __libc_calloc(nmemb, size);
 }
 #endif
 

@@ -14,7 +14,7 @@ namespace {
 // Out of the optimiser's sight: it may leave out a pair of new and delete.
 template <class Pointer>
 void keep(Pointer& pointer) {
-  __asm__ __volatile__("" : "+r"(pointer) : : "memory");
+  __asm__ __volatile__("" : : "r"(pointer) : "memory");
 }
 
 struct alignas(64) Aligned {

@@ -30,7 +30,7 @@ class Sids : public MachineTest {
   static String platformsTextOf(PSID sid) {
     LPWSTR text = nullptr;
     EXPECT_TRUE(ConvertSidToStringSidW(sid, &text));
-    const String result(text, text + std::wcslen(text));
+    String result(text, text + std::wcslen(text));
     LocalFree(text);
     return result;
   }

@@ -24,7 +24,7 @@ inline SYSTEMTIME timeOf(const Fields& fields) {
 
 inline constexpr std::int64_t kTicksPerSecond = 10'000'000;
 inline constexpr std::int64_t kTicksPerMinute = 60 * kTicksPerSecond;
-inline constexpr std::int64_t kTicksPerDay = 24 * 60 * kTicksPerMinute;
+inline constexpr std::int64_t kTicksPerDay = kTicksPerMinute * 60 * 24;
 
 // Nothing for fields that the calendar does not have.
 std::optional<std::int64_t> ticksOf(const Fields& fields);

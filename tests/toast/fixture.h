@@ -102,7 +102,9 @@ class FakeToast : public ITXToastNotification {
   std::atomic<bool> displaying_{false};
 };
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature of the sibling's
 inline ITXToastNotification* createFake(secstring first, secstring second, bool flag) {
+  // NOLINTNEXTLINE(readability-redundant-string-cstr): its allocator is another
   fake->texts = std::wstring(first.c_str()) + L'|' + second.c_str() + (flag ? L"|true" : L"|false");
   return new FakeToast;
 }

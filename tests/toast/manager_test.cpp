@@ -9,7 +9,7 @@ namespace toast {
 using Manager = WithFake;
 
 static bool has(const std::wstring& log, const std::wstring& lines) {
-  return log.find(lines) != log.npos;
+  return log.find(lines) != std::wstring::npos;
 }
 
 TEST_F(Manager, RecordsOfALifeWithoutWorker) {

@@ -112,7 +112,7 @@ namespace {
 
 std::vector<Row> toastRows() {
   static const Promise kNone{.failures = {0}, .throws = true};
-  const auto finds = "LoadLibrary GetProcAddress";
+  const auto* const finds = "LoadLibrary GetProcAddress";
   return {{"vlCreateToastManager",
            &kNone,
            finds,

@@ -37,11 +37,12 @@ std::vector<Row> timeRows() {
         {L"2013-03-28T12:34:56+01:00"s, zone}}) {
     const std::string suffix = ' ' + std::string(text.begin(), text.end()), calls = "memcpy_s " + conversion;
     rows.push_back({"vlSysISO8601ToSystemTime" + suffix, &kRead, calls, kNumber,
-                    [=](Bench& io) { return vlSysISO8601ToSystemTime(text.c_str(), io.out<SYSTEMTIME>()); }});
-    rows.push_back({"vlSysISO8601ToLargeInteger" + suffix, &kTicks, calls + " SystemTimeToFileTime", kNumber,
-                    [=](Bench& io) { return vlSysISO8601ToLargeInteger(text.c_str(), io.out<LARGE_INTEGER>()); }});
+                    [text = text](Bench& io) { return vlSysISO8601ToSystemTime(text.c_str(), io.out<SYSTEMTIME>()); }});
+    rows.push_back(
+        {"vlSysISO8601ToLargeInteger" + suffix, &kTicks, calls + " SystemTimeToFileTime", kNumber,
+         [text = text](Bench& io) { return vlSysISO8601ToLargeInteger(text.c_str(), io.out<LARGE_INTEGER>()); }});
     rows.push_back({"vlSysCompareISO8601" + suffix, &kTicks, calls + ' ' + zone + " SystemTimeToFileTime", kReturns,
-                    [=](Bench&) { return vlSysCompareISO8601(text.c_str(), L"2014-03-28T00-01"); }});
+                    [text = text](Bench&) { return vlSysCompareISO8601(text.c_str(), L"2014-03-28T00-01"); }});
   }
   return rows;
 }

@@ -94,7 +94,7 @@ class Torture : public Bench, public testing::WithParamInterface<Row> {
     EXPECT_TRUE(row.exit[0] == L'$' ? last == exit : last.ends_with(exit)) << testing::PrintToString(last);
   }
 
-  void expectNoUserNames(const Made& made) const {
+  static void expectNoUserNames(const Made& made) {
     for (const support::LogRecord& record : made.records) {
       std::string bytes(record.data.begin(), record.data.end());
       std::erase(bytes, '\0');  // so that both widths look alike

@@ -52,7 +52,7 @@ TEST(Format, PercentAndNoConversion) {
 
 // The argument's size is unknown, so what follows can't be trusted either: no later argument may be touched.
 TEST(Format, UnknownConversionEndsTheFormatting) {
-  const auto poison = reinterpret_cast<const wchar_t*>(16);
+  const auto* const poison = reinterpret_cast<const wchar_t*>(16);
   for (const wchar_t* const unknown : {L"%u", L"%5d", L"%-d", L"%.3s", L"%hs", L"%hS", L"%ld", L"%l", L"%lS", L"%n",
                                        L"%f", L"%X", L"%i", L"%c", L"% s", L"%\n"}) {
     const std::wstring format = std::wstring(L"%d ") + unknown + L" %s %% %d";

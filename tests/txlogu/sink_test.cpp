@@ -92,7 +92,7 @@ TEST(Sink, IsNeverCalledTwiceAtOnceNorAfterItsReplacement) {
     --inside;
   };
   std::array<std::atomic<bool>, 40> replaced{};
-  ASSERT_EQ(txlogSetSink(sink, &replaced[0], TXLOG_ALL_LEVELS), TXLOG_DONE);
+  ASSERT_EQ(txlogSetSink(sink, replaced.data(), TXLOG_ALL_LEVELS), TXLOG_DONE);
   std::atomic<bool> stop{false};
   std::vector<std::jthread> threads;
   for (int index = 0; index < 4; ++index) {

@@ -94,7 +94,7 @@ void actOn(String& text, const Stage& stage, const Act& act) {
 template <class String = CSecStr, class Use>
 auto keeping(Use use) {
   return [use](const Stage& stage) {
-    String text = stringOf<String>(stage);
+    auto text = stringOf<String>(stage);
     actOn(text, stage, use);
     stage.expectAlive();
   };
@@ -103,7 +103,7 @@ auto keeping(Use use) {
 template <class String = CSecStr, class Change>
 auto changing(Change change) {
   return [change](const Stage& stage) {
-    String text = stringOf<String>(stage);
+    auto text = stringOf<String>(stage);
     actOn(text, stage, change);
     stage.expectGone();
   };
@@ -112,7 +112,7 @@ auto changing(Change change) {
 template <class String = CSecStr, class Derive>
 auto deriving(Derive derive) {
   return [derive](const Stage& stage) {
-    String text = stringOf<String>(stage);
+    auto text = stringOf<String>(stage);
     const String derived = derive(text);
     text.Empty();
     stage.expectAlive();

@@ -14,7 +14,6 @@
 
 namespace wipeproof {
 
-using memoryscan::Revealed;
 using memoryscan::ScanResult;
 using memoryscan::Secret;
 

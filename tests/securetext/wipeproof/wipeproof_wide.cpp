@@ -17,7 +17,7 @@ const Operation kLifetime[] = {
     {"FromNarrow",
      [](const Stage& stage) {
        Revealed<char> secret(stage.secret());
-       const CSecStr text(secret.get()), counted(secret.get(), secret.length());
+       const CSecStr text(secret.get()), counted(secret.get(), Revealed<char>::length());
        secret.end();
        stage.expectAlive();
      }},
