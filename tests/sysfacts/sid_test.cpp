@@ -43,7 +43,7 @@ struct MadeSid {
   MadeSid(const std::array<BYTE, 6>& authority, const std::vector<DWORD>& subAuthorities) {
     bytes[1] = static_cast<BYTE>(subAuthorities.size());
     std::copy(authority.begin(), authority.end(), bytes + 2);
-    std::memcpy(bytes + 8, subAuthorities.data(), subAuthorities.size() * sizeof(DWORD));
+    std::copy_n(reinterpret_cast<const BYTE*>(subAuthorities.data()), subAuthorities.size() * sizeof(DWORD), bytes + 8);
   }
 };
 
