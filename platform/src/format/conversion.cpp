@@ -45,7 +45,7 @@ void parseFlags(const wchar_t*& next, Conversion& conversion) {
 }
 
 struct LengthName {
-  std::wstring_view name;
+  const wchar_t* name;
   Length length;
 };
 
@@ -57,10 +57,15 @@ constexpr LengthName kLengths[] = {
 };
 
 Length parseLength(const wchar_t*& next) {
-  for (const auto& [name, length] : kLengths) {
-    if (std::wstring_view(next).starts_with(name)) {
-      next += name.size();
-      return length;
+  for (const LengthName& known : kLengths) {
+    const wchar_t* end = next;
+    const wchar_t* name = known.name;
+    for (; *name != L'\0' && *end == *name; ++name) {
+      ++end;
+    }
+    if (*name == L'\0') {
+      next = end;
+      return known.length;
     }
   }
   return Length::none;

@@ -42,14 +42,19 @@ int store(DWORD planned, wchar_t* buffer, std::size_t size, const wchar_t* forma
 // Without a bound from the caller: what goes beyond this, or follows what is no format, is left out.
 constexpr std::size_t kMostChars = 1024;
 
-template <class Char>
-int storeUnbounded(Char* buffer, const Char* format, std::va_list arguments, OwnWidth own) {
+int storeUnbounded(wchar_t* buffer, const wchar_t* format, std::va_list arguments, OwnWidth own = OwnWidth::wide) {
+  Output output(buffer, kMostChars);
+  formatText(output, format, arguments, own);
+  buffer[output.stored()] = L'\0';
+  return static_cast<int>(output.stored());
+}
+
+int storeUnbounded(char* buffer, const char* format, std::va_list arguments) {
   const OwnAllocations ours;
-  wchar_t text[kMostChars];
-  Output output(text, kMostChars);
-  formatText(output, toWide(std::basic_string_view<Char>(format)).c_str(), arguments, own);
-  const std::basic_string<Char> stored = inWidth<Char>({text, output.stored()}).substr(0, kMostChars);
-  copyTerminated<Char>(stored, buffer);
+  wchar_t text[kMostChars + 1];
+  storeUnbounded(text, toWide(std::string_view(format)).c_str(), arguments, OwnWidth::narrow);
+  const std::string stored = toUtf8(text).substr(0, kMostChars);
+  copyTerminated<char>(stored, buffer);
   return static_cast<int>(stored.size());
 }
 
@@ -85,7 +90,7 @@ int wsprintfW(LPWSTR buffer, LPCWSTR format, ...) {
   gate("wsprintfW");
   std::va_list arguments;
   va_start(arguments, format);
-  const int size = storeUnbounded(buffer, format, arguments, OwnWidth::wide);
+  const int size = storeUnbounded(buffer, format, arguments);
   va_end(arguments);
   return size;
 }
@@ -94,7 +99,7 @@ int wsprintfA(LPSTR buffer, LPCSTR format, ...) {
   gate("wsprintfA");
   std::va_list arguments;
   va_start(arguments, format);
-  const int size = storeUnbounded(buffer, format, arguments, OwnWidth::narrow);
+  const int size = storeUnbounded(buffer, format, arguments);
   va_end(arguments);
   return size;
 }
