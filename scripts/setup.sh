@@ -11,7 +11,7 @@
 # since the native target works without them; with CI set it fails.
 set -euo pipefail
 
-native=(build-essential cmake ninja-build pkgconf tzdata libgtest-dev googletest libbenchmark-dev libspdlog-dev
+native=(build-essential cmake file ninja-build pkgconf tzdata libgtest-dev googletest libbenchmark-dev libspdlog-dev
   libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
 sample=(wixl)  # builds the sample installer; its test is skipped without
