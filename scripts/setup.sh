@@ -11,8 +11,8 @@
 # since the native target works without them; with CI set it fails.
 set -euo pipefail
 
-native=(build-essential cmake file ninja-build pkgconf tzdata libgtest-dev googletest libbenchmark-dev libspdlog-dev
-  libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
+native=(build-essential cmake file ninja-build pkgconf python3 tzdata libgtest-dev googletest libbenchmark-dev
+  libspdlog-dev libhowardhinnant-date-dev libcli11-dev nlohmann-json3-dev)
 windows=(g++-mingw-w64-x86-64-posix wine64 wine)
 sample=(wixl)  # builds the sample installer; its test is skipped without
 dev=(clang clang-format clang-tidy shellcheck gcovr libclang-rt-14-dev doxygen)
