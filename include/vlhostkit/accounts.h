@@ -75,7 +75,7 @@ VLHOSTKIT_API int vlNetConvertUserIdToNETBIOSA(LPCSTR userId, LPCSTR domain, LPS
 ///      there and writable; nothing here makes it. A text without "@" is not stored.
 ///   2. the operating system's cache, "...\Windows NT\CurrentVersion\Winlogon\DomainCache": the first value whose data
 ///      equals the suffix, case included, is named like the domain; an entry with more than 254 characters in its name
-///      or 126 in its data ends the search
+///      or 126 (A form: 254) in its data ends the search
 ///   3. the own cache
 ///
 /// `upn` is required, not tested, and needs an "@". `samName` may be null to ask for the size. `size`: on entry the

@@ -24,9 +24,9 @@
 ///
 /// Forms that end in A take narrow text in the process's ANSI code page, and count narrow bytes.
 ///
-/// Every call leaves its way in the log under the tag VLHOSTKIT: entry (but for vlRegDeleteSubKey) and exit, the
-/// failure that ended it, and EVERY VALUE THAT IS READ, IN CLEAR, whatever it is. Keep secrets out of values that are
-/// read by these functions, or the log's level below trace. Data that is written is not logged.
+/// Every call leaves its way in the log under the tag VLHOSTKIT: entry (but for vlRegDeleteSubKey), exit, mostly
+/// the failure that ended it, and EVERY VALUE THAT IS READ, IN CLEAR, whatever it is. Keep secrets out of values that
+/// are read by these functions, or the log's level below trace. Data that is written is not logged.
 #ifndef VLHOSTKIT_REGISTRY_H
 #define VLHOSTKIT_REGISTRY_H
 
@@ -213,8 +213,8 @@ VLHOSTKIT_API int vlRegDeleteKey(HKEY hKey, LPCWSTR pszKey, bool bDeleteSubKeys,
 /// an empty one names `hKey` itself, below which this walk reaches nothing.
 ///
 /// Returns 0, or -1 if the key can't be opened or, with `bDeleteKey`, not be deleted, or -3 for a bad section. The walk
-/// ends at the first subkey that can't be deleted; without `bDeleteKey` that is NOT reported, and what was deleted
-/// before stays deleted. A subkey whose path from `hKey` has more than 779 characters is one that can't be deleted.
+/// ends at the first subkey that can't be deleted, also one whose path from `hKey` has more than 779 characters; without
+/// `bDeleteKey` that is NOT reported, and what was deleted before stays deleted. A level takes 2.5 KB of the stack.
 VLHOSTKIT_API int vlRegDeleteSubKey(HKEY hKey, LPCWSTR pszKey, DWORD dwSection, bool bDeleteKey);
 
 }  // extern "C"

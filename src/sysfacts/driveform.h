@@ -14,7 +14,11 @@ namespace vl {
 /// there.
 template <class Operation, class Width, class Char = typename Width::Char>
 int callOnBuffer(Char* buffer, DWORD capacity) {
-  typename Width::String drive(buffer, std::find(buffer, buffer + capacity, Char{}));
+  std::size_t length = 0;  // an end pointer could wrap with the capacity that a generous caller gives
+  while (length < capacity && buffer[length] != Char{}) {
+    ++length;
+  }
+  typename Width::String drive(buffer, length);
   const int result = Operation::call(drive);
   if (result != ERROR_SUCCESS) {
     return result;

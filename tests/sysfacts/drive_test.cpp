@@ -10,7 +10,7 @@ TYPED_TEST_SUITE(Drives, Widths);
 
 TYPED_TEST(Drives, AWalkMeetsEveryFixedDriveOnce) {
   using Char = typename TypeParam::Char;
-  std::wstring expected, seen;
+  std::wstring expected;
   wchar_t list[512];
   ASSERT_NE(GetLogicalDriveStringsW(512, list), 0u);
   for (const wchar_t* root = list; *root != L'\0'; root += std::wcslen(root) + 1) {
@@ -18,25 +18,28 @@ TYPED_TEST(Drives, AWalkMeetsEveryFixedDriveOnce) {
   }
   ASSERT_FALSE(expected.empty());
   const std::wstring name = std::wstring(L"vlSysGetFixedDrive") + TypeParam::letter;
-  GuardedBuffer<Char> buffer(3);
-  buffer.data()[0] = 0;
-  DWORD chars = 3;
-  LogCapture log;
-  while (seen.size() <= expected.size() && TypeParam::fixedDrive(buffer.data(), &chars) == 0) {
-    const std::wstring drive = widened(std::basic_string<Char>(buffer.data()));
-    EXPECT_TRUE(log.was({entered(name + L" (" + pointer(buffer.data()) + L"," + pointer(&chars) + L")"),
-                         entered(std::wstring(L"GetFixedDrive") + TypeParam::ansi),
-                         traced(L"GetFixedDrive Hard Drive " + drive + L" found"), left(L"GetFixedDrive (0)"),
-                         left(name + L" (0)")}));
-    seen += drive;
-    EXPECT_EQ(chars, 3u);
+  for (const DWORD capacity : {3U, 0x80000000U, 0xFFFFFFFFU}) {  // also more than there can be
+    std::wstring seen;
+    GuardedBuffer<Char> buffer(3);
+    buffer.data()[0] = 0;
+    DWORD chars = capacity;
+    LogCapture log;
+    while (seen.size() <= expected.size() && TypeParam::fixedDrive(buffer.data(), &chars) == 0) {
+      const std::wstring drive = widened(std::basic_string<Char>(buffer.data()));
+      EXPECT_TRUE(log.was({entered(name + L" (" + pointer(buffer.data()) + L"," + pointer(&chars) + L")"),
+                           entered(std::wstring(L"GetFixedDrive") + TypeParam::ansi),
+                           traced(L"GetFixedDrive Hard Drive " + drive + L" found"), left(L"GetFixedDrive (0)"),
+                           left(name + L" (0)")}));
+      seen += drive;
+      EXPECT_EQ(std::exchange(chars, capacity), 3u);
+    }
+    const Log last = log.take();
+    EXPECT_EQ((Log{last.begin() + 2, last.end()}),
+              (Log{failed(L"GetFixedDrive Hard Drive not found"), left(L"GetFixedDrive (15)"), left(name + L" (15)")}));
+    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(widened(std::basic_string<Char>(buffer.data())), expected.substr(expected.size() - 2));
+    EXPECT_TRUE(buffer.guardsIntact());
   }
-  const Log last = log.take();
-  EXPECT_EQ((Log{last.begin() + 2, last.end()}),
-            (Log{failed(L"GetFixedDrive Hard Drive not found"), left(L"GetFixedDrive (15)"), left(name + L" (15)")}));
-  EXPECT_EQ(seen, expected);
-  EXPECT_EQ(widened(std::basic_string<Char>(buffer.data())), expected.substr(expected.size() - 2));
-  EXPECT_TRUE(buffer.guardsIntact());
 }
 
 TYPED_TEST(Drives, SizeProtocol) {
