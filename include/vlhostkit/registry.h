@@ -213,7 +213,7 @@ VLHOSTKIT_API int vlRegDeleteKey(HKEY hKey, LPCWSTR pszKey, bool bDeleteSubKeys,
 /// an empty one names `hKey` itself, below which this walk reaches nothing.
 ///
 /// Returns 0, or -1 if the key can't be opened or, with `bDeleteKey`, not be deleted, or -3 for a bad section. The walk
-/// ends at the first subkey that can't be deleted, also one whose path from `hKey` has more than 779 characters; without
+/// ends at the first subkey that can't be deleted, also one whose path from `hKey` exceeds 779 characters; without
 /// `bDeleteKey` that is NOT reported, and what was deleted before stays deleted. A level takes 2.5 KB of the stack.
 VLHOSTKIT_API int vlRegDeleteSubKey(HKEY hKey, LPCWSTR pszKey, DWORD dwSection, bool bDeleteKey);
 
