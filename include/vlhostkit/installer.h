@@ -20,20 +20,20 @@ extern "C" {
 ///
 /// They return 0, also if nothing could be removed or marked, and otherwise
 ///   1  the environment variable CommonProgramFiles is unset, or longer than 259 characters: the tree below the
-///      property is done by then, nothing else is, and nothing is marked (not MSIDeleteFile)
+///      property is done by then, nothing else is, and no folder around is marked (not MSIDeleteFile)
 ///   2  CustomActionData can't be read, or has more than 259 characters
 ///   or the platform's number if "msi.dll" or its MsiGetPropertyW is not there.
-/// With an EMPTY CustomActionData nothing at all is removed or marked, and the result is 0.
+/// With an EMPTY CustomActionData nothing is removed or marked but what CommonProgramFiles names.
 ///
 /// How they remove:
 /// - A file is deleted. If that fails (it is in use, read-only or protected), it is marked: the platform removes it
 ///   when the machine starts next. If that fails too, it stays, and nobody is told.
 /// - A folder is emptied to its full depth and then deleted; if something stayed in it, it is marked behind its
 ///   content. A mark removes a folder only if it is empty at the restart. A name that is not there may be marked too.
-/// - A symbolic link or junction is never followed, at no depth, a Merged folder that is one included: the link is
-///   removed or marked, and what it leads to stays. Links in the path above Merged are the platform's affair.
-///   Whoever may write in a Merged folder could exchange a folder for a link while it is being walked: let only
-///   administrators write there.
+/// - A folder with a reparse point (symbolic link, junction, a cloud's placeholder) is never walked, at no depth, a
+///   Merged folder that is one included: it is removed or marked, and what it leads to stays. Links in the path above
+///   Merged are the platform's affair. Whoever may write in a Merged folder could exchange a folder for a link while it
+///   is being walked: let only administrators write there.
 /// - A path of more than 259 characters is left alone: the entry, or all below a folder so deep, stays, and so does
 ///   then the folder around it.
 

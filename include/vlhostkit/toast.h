@@ -80,7 +80,7 @@ class VLHOSTKIT_API ITXToastManager {
 
   /// Asks the displaying thread to take the toast down and does not wait for it. The thread is the worker if there was
   /// ever one, otherwise the thread that made the manager; a ShowToast on another thread is not reached. Returns
-  /// whether a request was posted: false if the toast is not displaying, or the worker was joined.
+  /// true if a request was sent, taken or not; false if the toast is not displaying, or the worker was joined.
   virtual bool HideToast() = 0;
 
   /// Starts the worker, which shows the toast, and returns at once. Returns false if there is a worker already that

@@ -29,14 +29,13 @@ DWORD withProperty(MSIHANDLE install, Work work) {
   if (read(install, L"CustomActionData", property, &length) != ERROR_SUCCESS) {
     return ERROR_FILE_NOT_FOUND;
   }
-  // Without a text the paths would be those of the installer's own current folder.
-  return property[0] == L'\0' ? DWORD{ERROR_SUCCESS} : work(property);
+  return work(property);
 }
 
-// A path that does not fit is left out.
+// Left out are a path that does not fit, and one without a text: it would lie in the installer's own current folder.
 void apply(void (*remove)(const wchar_t*), const wchar_t* format, const wchar_t* text) {
   vl::Path path;
-  if (path.print(format, text)) {
+  if (*text != L'\0' && path.print(format, text)) {
     remove(path.get());
   }
 }
@@ -64,7 +63,7 @@ DWORD deleteResourceFiles(const wchar_t* property) {
 }
 
 DWORD deleteFile(const wchar_t* property) {
-  vl::removeEntry(property);
+  apply(&vl::removeEntry, L"%s", property);
   return ERROR_SUCCESS;
 }
 

@@ -51,16 +51,20 @@ TEST_F(Cleanup, WhatEachActionRemovesAndMarks) {
   expect(&MSIDeleteResourceFiles, kProduct, 1, withoutProduct, kSubFolders);
 }
 
-TEST_F(Cleanup, WithoutAPropertyThatFitsNothingIsTouched) {
+TEST_F(Cleanup, WithoutAPropertyThatFitsItsPathsAreLeftOut) {
   const std::wstring longest = path(std::wstring(259 - path(L"").size(), L'x'));
   for (const Action action : {&MSIDeleteResourceFiles, &MSIDeleteFile, &MSICleanMergedFolders}) {
-    expect(action, L"", 0, kFiles, {});
     expect(action, longest + L"x", 2, kFiles, {});
     EXPECT_EQ(action(0), 2u);
   }
   // With the longest there is no room for a path below it, and the other paths are done.
   const Texts rest{kFiles[0], kFiles[2], kFiles[3], kFiles[4], kFiles[5]};
   expect(&MSIDeleteResourceFiles, longest, 0, rest, {longest.substr(path(L"").size()), kAround[3], kAround[4]});
+  expect(&MSIDeleteResourceFiles, L"", 0, rest, {kAround[3], kAround[4]});
+  expect(&MSICleanMergedFolders, L"", 0, rest, {});
+  expect(&MSIDeleteFile, L"", 0, kFiles, {});
+  SetEnvironmentVariableW(L"CommonProgramFiles", nullptr);
+  expect(&MSICleanMergedFolders, L"", 1, kFiles, {});
 }
 
 TEST_F(Cleanup, WhatIsInUseOrReadOnlyIsMarkedBeforeItsFolder) {

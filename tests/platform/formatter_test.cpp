@@ -214,6 +214,14 @@ TEST_F(Formatter, NumbersAreThoseOfTheCLibrary) {
   }
 }
 
+TEST_F(Formatter, TheUserLibrarysTextsEndWithTheirBuffer) {
+  support::GuardedBuffer<wchar_t> wide(1024);
+  support::GuardedBuffer<char> narrow(1024);
+  EXPECT_EQ(wsprintfW(wide.data(), L"%s", std::wstring(2000, L'x').c_str()), 1023);
+  EXPECT_EQ(wsprintfA(narrow.data(), "%s", std::string(2000, 'x').c_str()), 1023);
+  EXPECT_TRUE(wide.guardsIntact() && narrow.guardsIntact());
+}
+
 // On the real stack: AddressSanitizer moves locals elsewhere, so that the search means most without it.
 #define ON_REAL_STACK __attribute__((noinline, no_sanitize("address")))
 

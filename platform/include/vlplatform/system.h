@@ -37,7 +37,7 @@ VLPLATFORM_API DWORD GetEnvironmentVariableA(LPCSTR name, LPSTR buffer, DWORD ch
 /// ERROR_ENVVAR_NOT_FOUND if there is none. ERROR_INVALID_PARAMETER for an empty name or one with '='.
 VLPLATFORM_API BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 
-/// The conversions of swprintf_s, with %s of the function's own width and %S of the other. The text ends after 1024
+/// The conversions of swprintf_s, with %s of the function's own width and %S of the other. The text ends after 1023
 /// characters, or before what is no conversion; its length is the result. Can't fail.
 VLPLATFORM_API int wsprintfW(LPWSTR buffer, LPCWSTR format, ...);
 VLPLATFORM_API int wsprintfA(LPSTR buffer, LPCSTR format, ...);

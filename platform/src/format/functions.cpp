@@ -40,7 +40,7 @@ int store(DWORD planned, wchar_t* buffer, std::size_t size, const wchar_t* forma
 }
 
 // Without a bound from the caller: what goes beyond this, or follows what is no format, is left out.
-constexpr std::size_t kMostChars = 1024;
+constexpr std::size_t kMostChars = 1023;
 
 int storeUnbounded(wchar_t* buffer, const wchar_t* format, std::va_list arguments, OwnWidth own = OwnWidth::wide) {
   Output output(buffer, kMostChars);
