@@ -26,8 +26,9 @@ endif()
 
 set(VL_TEST_ENVIRONMENT)
 if(WIN32)
+  # Wine reads arguments and names of files by the locale, and in that of C takes their letters apart.
   list(APPEND VL_TEST_ENVIRONMENT "WINEPREFIX=${PROJECT_BINARY_DIR}/wine-prefix" WINEDEBUG=-all
-    WINEDLLOVERRIDES=winedbg.exe=d)
+    WINEDLLOVERRIDES=winedbg.exe=d LC_ALL=C.UTF-8)
 elseif(VLHOSTKIT_SANITIZE MATCHES "thread")
   list(APPEND VL_TEST_ENVIRONMENT TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:allocator_may_return_null=1)
 elseif(VLHOSTKIT_SANITIZE)

@@ -47,7 +47,7 @@ build() {
 run_in_wine() {
   local preset=$1 program=$2 status=0
   shift 2
-  export WINEPREFIX=$root/build/$preset/wine-prefix WINEDEBUG=-all WINEDLLOVERRIDES=winedbg.exe=d
+  export WINEPREFIX=$root/build/$preset/wine-prefix WINEDEBUG=-all WINEDLLOVERRIDES=winedbg.exe=d LC_ALL=C.UTF-8
   mkdir -p "$WINEPREFIX"
   # Wine's services inherit the output of whoever starts them and would keep a pipe open that somebody reads. So they
   # are started first, without it. A server that is running already belongs to a test run and stays.

@@ -11,7 +11,7 @@ done
 work=$(mktemp -d)
 Xvfb -displayfd 3 -screen 0 1024x768x24 3>"$work/display" >/dev/null 2>&1 &
 server=$!
-export WINEPREFIX="$work/prefix" WINEDEBUG=-all
+export WINEPREFIX="$work/prefix" WINEDEBUG=-all LC_ALL=C.UTF-8
 trap '"$(dirname "$1")/wineserver" -k || :; kill "$server"; wait "$server" || :; rm -rf "$work"' EXIT
 while [ ! -s "$work/display" ]; do
   sleep 0.1
